@@ -146,18 +146,21 @@ static int64_t busy_until(int bus) {
     return rest >= 0 && rest < second && *end == '\0' ? seconds * second + rest : 0;
 }
 
-// True while an earlier write is still going on.
+// Starting a process takes a unit longer than any write. On a faster machine, or with a clock that stands still, a
+// write that another process left behind therefore counts as over when the first transfer of this one comes: this
+// is when it would have ended. -1 before the first transfer, 0 once this process has written something itself.
+static int64_t left_behind = -1;
+
+// True while a write is still going on.
 static bool still_writing(const chip_state &state, const timespec &now) {
-    // Starting a process takes a unit longer than any write. On a faster machine, or with a clock that stands
-    // still, the first transfer of a process is therefore never too soon.
-    static bool started = false;
-    if (!started) {
-        started = true;
-        return false;
+    const int64_t until = busy_until(state.bus);
+    if (left_behind < 0) {
+        left_behind = until;
     }
-    int64_t left = busy_until(state.bus) - nanoseconds(now);
+    const int64_t left = until - nanoseconds(now);
     // More than one write ahead: the clock was set back, and the file is stale.
-    return left > 0 && left <= int64_t{1000} * std::max(state.chip->a0_write_us, state.chip->a2_write_us);
+    return until != left_behind && left > 0 &&
+           left <= int64_t{1000} * std::max(state.chip->a0_write_us, state.chip->a2_write_us);
 }
 
 static bool begin_writing(const chip_state &state, uint32_t device, const timespec &now) {
@@ -165,6 +168,7 @@ static bool begin_writing(const chip_state &state, uint32_t device, const timesp
     if (write_us == 0) {
         return true;
     }
+    left_behind = 0;
     int64_t until = nanoseconds(now) + int64_t{1000} * write_us;
     return attr_write(state.bus, "busy", "%lld.%09lld", static_cast<long long>(until / second),
                       static_cast<long long>(until % second));

@@ -1,0 +1,31 @@
+# The front door. What is behind it: CMakePresets.json, scripts/, tests/.
+PRESET ?= dev
+PYTEST = VXCLI_BUILD=build/$(PRESET) /usr/bin/python3 -m pytest -n auto tests
+
+.PHONY: help setup build demo test asan lint
+help:
+	@echo 'make demo    calibrate the transceiver of a virtual unit, showing each command'
+	@echo 'make test    build and run all tests'
+	@echo 'make build   build into build/dev; PRESET=release, PRESET=asan: another preset'
+	@echo 'make asan    all tests with the address and undefined-behaviour sanitizers'
+	@echo 'make lint    check format and style'
+	@echo 'make setup   install what these need (each of them does so by itself)'
+
+setup:
+	@scripts/setup
+
+build: setup
+	@scripts/build $(PRESET)
+
+demo:
+	@scripts/demo
+
+test: build
+	$(PYTEST)
+
+asan:
+	@$(MAKE) --no-print-directory test PRESET=asan
+
+lint: build
+	@scripts/setup --ci
+	@scripts/lint

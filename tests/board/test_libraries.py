@@ -1,0 +1,48 @@
+"""What the programs and libraries load and export."""
+
+import re
+
+import pytest
+
+from conftest import BUILD, ROOT, execute
+
+SANITIZED = "VXCLI_SANITIZE:BOOL=ON" in (BUILD / "CMakeCache.txt").read_text() if BUILD.exists() else False
+
+
+@pytest.mark.parametrize("name", ["libvx", "libvxvoip_api"])
+def test_exports_are_what_the_header_declares(name):
+    header = re.sub(r"/\*.*?\*/|^#.*?$", "", (ROOT / "include" / f"{name}.h").read_text(), flags=re.S | re.M)
+    declared = set(re.findall(r"LIBVX_API\b[^;(]*?\b(\w+)\s*[(;]", header))
+    exported = execute("nm", "-D", "--defined-only", "--format=posix", BUILD / "lib" / f"{name}.so")
+    names = {line.split()[0] for line in exported.out.splitlines()}
+    assert {symbol for symbol in names if not symbol.startswith("__odr_asan")} == declared
+    assert name != "libvx" or len(declared) >= 8
+
+
+@pytest.mark.skipif(SANITIZED, reason="the sanitizers' runtime loads more")
+@pytest.mark.parametrize("file, must, may", [
+    ("bin/vxcli", {"libvx.so", "libvxvoip_api.so", "libc.so.6"}, {"libm.so.6"}),
+    ("lib/libvx.so", {"libc.so.6"}, {"ld-linux-x86-64.so.2", "libm.so.6"}),
+    ("lib/libvxvoip_api.so", set(), {"libc.so.6"}),
+    ("lib/libvxclock.so", {"libc.so.6"}, {"ld-linux-x86-64.so.2"}),
+])
+def test_only_these_libraries_are_loaded(file, must, may):
+    dynamic = execute("readelf", "-d", BUILD / file).out
+    assert must <= set(re.findall(r"\(NEEDED\).*\[(.*)\]", dynamic)) <= must | may
+    assert "(RPATH)" not in dynamic  # it would win over LD_LIBRARY_PATH
+    if file == "bin/vxcli":
+        assert "$ORIGIN/../lib" in re.search(r"\(RUNPATH\).*\[(.*)\]", dynamic)[1]
+
+
+def test_another_libvx_can_be_dropped_in(board):
+    unit = board("ux3361")
+    unit.unit("tmp/libvx.so").write_text("not a library")
+    result = unit.run("env", "LD_LIBRARY_PATH=/tmp", "/.vxboard/bin/vxcli", stderr=None)
+    assert result.status == 127 and "/tmp/libvx.so" in result.err
+
+
+def test_all_symbols_have_c_linkage_and_the_header_is_c(tmp_path):
+    source = tmp_path / "user.c"
+    source.write_text('#include "libvx.h"\n#include "libvxvoip_api.h"\nint main(void) { return libvx_DbgLevel; }\n')
+    words = ["cc", "-std=c99", "-Wall", "-Wextra", "-Wpedantic", "-Werror", "-fsyntax-only", f"-I{ROOT / 'include'}", source]
+    assert execute(*words) == (0, "", "")

@@ -1,0 +1,90 @@
+"""The image store in flash, faults, trace and log."""
+
+import zlib
+
+import pytest
+
+from bench import WORKING, stored
+
+
+def steps(unit, *words):
+    return unit.run("vxcli_bus_steps", *words).out.splitlines()
+
+
+def test_store_and_bring_back(board):
+    unit = board("ux3361")
+    working, flash = unit.unit(WORKING[1:]), unit.path / "flash/bob"
+    assert flash.read_bytes() == b"\xff" * 16384
+    assert steps(unit, "get", "save") == ["fail 6", "fail 3"]  # nothing there, neither in flash nor as a file
+    assert not working.exists() and flash.read_bytes() == b"\xff" * 16384
+    for image in (bytes(range(256)) * 7, b"\x00" * 5000, b"", b"\xff\x01" * 700, bytes(16384 - 12)):
+        working.write_bytes(image)
+        assert steps(unit, "save") == ["ok"]
+        assert stored(unit) == image and flash.read_bytes()[8:12] == zlib.crc32(image).to_bytes(4, "little")
+        working.write_bytes(b"something else")
+        unit.power_cycle()
+        assert steps(unit, "get") == ["ok"] and working.read_bytes() == image
+
+
+@pytest.mark.parametrize("place, byte", [(0, 0), (5, 0x40), (6, 1), (9, 0), (12, 0), (1803, 0x55)])
+def test_a_damaged_store_is_refused(board, place, byte):
+    unit = board("ux3361")
+    working, flash = unit.unit(WORKING[1:]), unit.path / "flash/bob"
+    working.write_bytes(bytes(range(1, 225)) * 8)
+    steps(unit, "save")
+    data = bytearray(flash.read_bytes())
+    data[place] = byte
+    flash.write_bytes(data)
+    working.write_bytes(b"as it was")
+    assert steps(unit, "get") == ["fail 6"] and working.read_bytes() == b"as it was"
+
+
+def test_images_that_do_not_fit(board):
+    unit = board("ux3361")
+    working, flash = unit.unit(WORKING[1:]), unit.path / "flash/bob"
+    working.write_bytes(b"x" * 100)
+    steps(unit, "save")
+    for size in (16373, 100000):
+        working.write_bytes(b"y" * size)
+        assert steps(unit, "save") == ["fail 6"] and stored(unit) == b"x" * 100
+    flash.write_bytes(b"\xff" * 4096)
+    working.write_bytes(b"z" * 4084)
+    assert steps(unit, "save", "get") == ["ok", "ok"]
+    working.write_bytes(b"z" * 4085)
+    assert steps(unit, "save") == ["fail 6"]
+    flash.unlink()
+    assert steps(unit, "save", "get") == ["fail 3", "fail 4"]
+
+
+def test_faults_fire_when_and_as_often_as_they_say(board):
+    unit = board("ux3361")
+    read, other = "r:51:10:1", "r:50:10:1"
+    unit.fault("# a note")
+    unit.fault("libvx_ponApi_i2cRead dev=0x51 reg=0x10 skip=2 times=2 result=3  # two of them")
+    unit.fault("no such thing")
+    unit.fault("libvx_sys_getBob dev=0x51 times=always")  # no transfer: never fires
+    assert [line[:4] == "fail" for line in steps(unit, read, other, "r:51:11:1", read, read)] == [False, False, False, False, True]
+    assert unit.faults() == ["# a note", "libvx_ponApi_i2cRead dev=0x51 reg=0x10 result=3", "no such thing",
+                             "libvx_sys_getBob dev=0x51 times=always"]
+    assert steps(unit, "w:51:10:01", "wait:4000", read, read)[1:] == ["fail 3", "01"]
+    assert unit.faults() == ["# a note", "no such thing", "libvx_sys_getBob dev=0x51 times=always"]
+    unit.fault("libvx_ponApi_i2cWrite dev=80 times=always")
+    assert steps(unit, "w:50:0:1", "w:51:10:1", "w:50:0:1") == ["fail 6", "ok", "fail 6"]
+    assert unit.faults()[-1] == "libvx_ponApi_i2cWrite dev=80 times=always"
+
+
+def test_trace(board):
+    unit = board("ux3361")
+    steps(unit, "r:51:10:1")
+    assert not (unit.path / "trace").exists()
+    unit.trace()
+    unit.fault("libvx_ponApi_i2cRead reg=0x11")
+    steps(unit, "w:51:10:01ff", "wait:4000", "r:51:10:2", "r:51:11:1", "r:52:00:3", "w:51:10:aa", "w:51:10:bb", "get", "log")
+    lines = unit.trace()
+    assert [" ".join([line.kind, *line.fields]) for line in lines] == [
+        "i2c 1 write 0x51 0x10 2 ok 01 ff", "wait 4000", "i2c 1 read 0x51 0x10 2 ok 01 ff", "i2c 1 read 0x51 0x11 1 fault",
+        "i2c 1 read 0x52 0x00 3 nak", "i2c 1 write 0x51 0x10 1 ok aa", "i2c 1 write 0x51 0x10 1 busy bb",
+        "call libvx_sys_getBob 6", "call libvx_setDebugLevel 0", "call libvx_logPrint 0"]
+    assert [line.time - lines[0].time for line in lines] == [0, 0] + [4000] * 8 and len({line.pid for line in lines}) == 1
+    # The level that the program reads is the library's own variable.
+    assert (unit.path / "log").read_text().partition(" ")[2] == "libvx Error: src/x.cpp:7 step: level 1\n"

@@ -1,0 +1,173 @@
+"""vxboard itself: making boards, the view under bubblewrap and under proot, the power cycle."""
+
+import os
+import signal
+import subprocess
+import time
+
+import pytest
+
+from conftest import BUILD, VXBOARD, execute
+
+bwrap_works = subprocess.run(["bwrap", "--dev-bind", "/", "/", "true"], stderr=subprocess.DEVNULL).returncode == 0
+
+
+@pytest.fixture(params=["bwrap", "proot"])
+def view(request, environment, monkeypatch):
+    if request.param == "bwrap" and not bwrap_works:
+        pytest.skip("no user namespaces here")
+    monkeypatch.setenv("VXBOARD_VIEW", request.param)
+    return request.param
+
+
+@pytest.mark.parametrize("words, says", [
+    ([], '"vxboard --help"'),
+    (["fly"], 'no subcommand "fly"'),
+    (["new"], "vxboard new PROFILE DIR"),
+    (["new", "ux9", "B"], 'no profile "ux9"; there are: '),
+    (["new", "../profiles/ux3361", "B"], "no profile"),
+    (["new", "ux3361", "full"], "full exists and is not an empty directory"),
+    (["new", "ux3361", "full/file"], "exists and is not an empty directory"),
+    (["new", "ux3361", "no/where"], "make it first"),
+    (["run"], "vxboard run DIR COMMAND"),
+    (["run", "none", "true"], "no board at none: make one with"),
+    (["run", "full", "true"], "full is not a board"),
+    (["run", "--fast", "full", "true"], "no option --fast"),
+    (["run", "made"], "a command after the board"),
+    (["run", "made", "--"], "a command after the board"),
+    (["shell"], "vxboard shell DIR"),
+    (["power-cycle", "full"], "full is not a board"),
+    (["power-cycle", "linked"], "linked is not a board"),
+])
+def test_errors_are_one_line_and_change_nothing(environment, tmp_path, monkeypatch, words, says):
+    monkeypatch.chdir(tmp_path)
+    (tmp_path / "full").mkdir()
+    (tmp_path / "full" / "file").write_text("kept")
+    assert execute(VXBOARD, "new", "ux3361", "made").status == 0
+    assert execute(VXBOARD, "new", "ux3361", "linked").status == 0
+    (tmp_path / "linked/unit/tmp").rmdir()
+    (tmp_path / "linked/unit/tmp").symlink_to(tmp_path / "full")
+    before = sorted(tmp_path.rglob("*"))
+    status, out, err = execute(VXBOARD, *words)
+    assert (status, out) == (2, "")
+    assert err.startswith("vxboard: ") and says in err and err.count("\n") == 1
+    assert sorted(tmp_path.rglob("*")) == before
+    assert (tmp_path / "full" / "file").read_text() == "kept"
+
+
+@pytest.mark.parametrize("words", [[], ["new"], ["run"], ["shell"], ["power-cycle"]])
+def test_help(environment, words):
+    status, out, err = execute(VXBOARD, *words, "--help")
+    assert (status, err) == (0, "") and " ".join(["usage: vxboard", *words]) in out
+
+
+@pytest.mark.parametrize("script, expected", [
+    ("exit 7", (7, "")),
+    ("kill -KILL $$", (128 + signal.SIGKILL, "")),
+    ("cat", (0, "from the caller")),
+    ("pwd", (0, "/\n")),  # tests run in a directory under /tmp or so, which the view hides
+    ("echo $VXBOARD; cat $VXBOARD/i2c/1/chip", (0, "/.vxboard/board\nUX3361\n")),
+    ("for p in vxcli vxboard; do command -v $p; done", (0, "/.vxboard/bin/vxcli\n/.vxboard/bin/vxboard\n")),
+    # What the view replaces is the board's, also for the newer system calls (statx, faccessat2).
+    ("echo data >/var/f; stat -c %s /var/f; test -r /var/f; echo $?; ls -l /var | wc -l", (0, "5\n0\n2\n")),
+    ("mv /etc/passwd /tmp/a && cp /tmp/a /userconfig/b && ls /tmp /userconfig/b", (0, "/userconfig/b\n\n/tmp:\na\n")),
+    ("echo >/dev/null; awk 'BEGIN {print 7}'", (0, "7\n")),
+    ("exec env -i /usr/bin/printf %s ok", (0, "ok")),
+])
+def test_run(view, board, tmp_path, monkeypatch, script, expected):
+    monkeypatch.chdir(tmp_path)
+    monkeypatch.setenv("TMPDIR", str(tmp_path))
+    assert board("ux3361").sh(script, wait=True, stdin="from the caller") == (*expected, "")
+
+
+def test_command_that_cannot_run(view, board):
+    unit = board("ux3361")
+    assert unit.run("no-such-command", stderr=None).status == 127
+    assert unit.run("/etc", stderr=None).status == 126
+
+
+def test_start_directory_that_the_view_shows(view, board, monkeypatch):
+    monkeypatch.chdir("/usr/lib")
+    assert board("ux3361").run("pwd").out == "/usr/lib\n"
+
+
+def test_boards_do_not_touch_each_other(view, board):
+    units = [board("ux3361"), board("ux3361")]
+    script = "echo $0 >/var/x; echo $0 >/tmp/x; while [ ! -e /tmp/go ]; do sleep 0.01; done; cat /var/x /tmp/x"
+    running = [subprocess.Popen([VXBOARD, "run", unit.path, "sh", "-c", script, str(number)], stdout=subprocess.PIPE)
+               for number, unit in enumerate(units)]
+    while not all(unit.unit("tmp/x").exists() for unit in units):
+        time.sleep(0.01)
+    for unit in units:
+        unit.unit("tmp/go").touch()
+    assert [process.communicate(timeout=60)[0] for process in running] == [b"0\n0\n", b"1\n1\n"]
+
+
+def test_background_outlives_the_command(view, board):
+    unit = board("ux3361")
+    script = "(while [ ! -e /tmp/go ]; do sleep 0.01; done; echo late >/var/late; exit 9) >/dev/null 2>&1 & exit 3"
+    with open(os.devnull, "w") as nowhere:  # a pipe of ours would stay open until all have ended
+        status = subprocess.run([VXBOARD, "run", unit.path, "sh", "-c", script], stdout=nowhere, stderr=nowhere,
+                                timeout=60).returncode
+    assert status == 3 and not unit.unit("var/late").exists()
+    unit.unit("tmp/go").touch()
+    deadline = time.monotonic() + 60
+    while not unit.unit("var/late").exists() and time.monotonic() < deadline:
+        time.sleep(0.01)
+    assert unit.unit("var/late").exists()
+
+
+def test_interrupt_is_left_to_the_command(view, board):
+    unit = board("ux3361")
+    script = "trap 'sleep 0.2; exit 33' INT; touch /var/ready; while :; do sleep 0.01; done"
+    process = subprocess.Popen([VXBOARD, "run", unit.path, "sh", "-c", script], start_new_session=True)
+    while not unit.unit("var/ready").exists():
+        time.sleep(0.01)
+    os.killpg(process.pid, signal.SIGINT)
+    assert process.wait(timeout=60) == 33
+
+
+def test_no_wait(view, board):
+    unit = board("ux3361")
+    unit.trace()
+    begin = time.monotonic()
+    out = unit.sh("date +%s; sleep 1000; date +%s").out.split()
+    assert time.monotonic() - begin < 100
+    assert int(out[1]) - int(out[0]) == 1000
+    assert [line.fields for line in unit.trace() if line.kind == "wait"] == [["1000000000"]]
+
+
+def pages(unit):
+    return {page.name: page.read_bytes() for page in (unit.path / "i2c/1").glob("*.bin")}
+
+
+@pytest.mark.parametrize("profile, eeprom", [("ux3361", False), ("ux3361-eeprom", True), ("gn28l95", False)])
+def test_power_cycle(board, profile, eeprom):
+    unit = board(profile)
+    bus = unit.path / "i2c/1"
+    at_reset = {page.name: page.read_bytes() for page in (bus / "reset").glob("*.bin")}
+    unit.sh("echo x >/var/x; mkdir -p /var/d/.e; echo x >/tmp/.x; echo x >/etc/x; echo x >/userconfig/config/x")
+    for page in bus.glob("*.bin"):
+        page.write_bytes(bytes(byte ^ 0x5A for byte in page.read_bytes()))
+    (bus / "table").write_text("4\n")
+    (bus / "busy").write_text("99999999999.0\n")
+    changed = pages(unit)
+    unit.power_cycle()
+    if eeprom:
+        low = changed["a2_low.bin"]
+        expected = changed | {"a2_low.bin": low[:0x60] + at_reset["a2_low.bin"][0x60:]}
+    else:
+        expected = changed | at_reset
+    assert pages(unit) == expected
+    assert (bus / "table").read_text() == "0\n" and not (bus / "busy").exists()
+    assert [list(unit.unit(name).iterdir()) for name in ("var", "tmp")] == [[], []]
+    assert unit.unit("etc/x").exists() and unit.unit("userconfig/config/x").exists()
+
+
+def test_installed_tree_through_a_link(environment, tmp_path):
+    assert execute("cmake", "--install", BUILD, "--prefix", tmp_path / "usr").status == 0
+    link = tmp_path / "vxboard"
+    link.symlink_to("usr/bin/vxboard")
+    assert execute(link, "new", "ux3361", tmp_path / "unit") == (0, "", "")
+    assert execute(link, "run", "--no-wait", tmp_path / "unit", "vxcli", "bob", "read_reg", "0x51", "0x80",
+                   stdin="").err == ""

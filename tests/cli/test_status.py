@@ -1,0 +1,69 @@
+"""The status files and the commands that only look at them."""
+
+import pytest
+
+from bench import FAIL, answers
+
+NAMES = ["UX3320", "GN25L95", "UX3361", "UX3320S", "GN28L97B", "GN25L95D", "GN28L95", "UX3326", "GN28L96", "UX3362S",
+         "GN25L99", "UX3365", "HLC10P0", "HLC10P5", "HLC10P6"]
+TYPES = [(f"{number}\n", name) for number, name in enumerate(NAMES)]
+ODD_TYPES = [("", "UX3320"), ("\n", "UX3320"), ("garbage\n", "UX3320"), ("2 and more\n", "UX3361"), ("00000011\n", "GN25L95"),
+             ("\x00\xff\n", "UX3320"), ("1\n2\n", "GN25L95"), ("0x2\n", "UX3320"), (" 3", "UX3320S")]
+
+
+@pytest.mark.parametrize("driver, running", [(None, False), ("1\n", True), ("0\n", False), ("2\n", False), ("", False),
+                                             ("one\n", False), ("1x", True)])
+def test_driver_status(board, driver, running):
+    unit = board("gn28l95")
+    unit.unit("var/bob_chip_type").write_text("6\n")
+    if driver is not None:
+        unit.unit("var/bob_driver_status").write_text(driver)
+    assert answers(unit, ["driver", "iic_get"]) == [
+        (0, f"bob:bob driver init {'SUCCESS' if running else 'FAIL'}.\n"),
+        (0, f"Bob chip_type: GN28L95\nvxcli bob iic_get {'start' if running else 'stop'}\n")]
+
+
+def test_chip_type_file(board):
+    unit = board("ux3361")
+    for text, name in TYPES + ODD_TYPES:
+        unit.unit("var/bob_chip_type").write_bytes(text.encode("latin-1"))
+        assert unit.run("vxcli", "bob", "iic_get")[:2] == (0, f"Bob chip_type: {name}\nvxcli bob iic_get stop\n"), text
+    unit.unit("var/bob_chip_type").unlink()
+    unit.unit("var/bob_chip_type").mkdir()  # opens, but has no line
+    assert unit.run("vxcli", "bob", "iic_get")[:2] == (0, "Bob chip_type: UX3320\nvxcli bob iic_get stop\n")
+
+
+def test_iic_set(board):
+    unit = board("ux3361")
+    unit.unit("var/bob_chip_type").write_text("2\n")
+    status = unit.unit("var/bob_driver_status")
+    unit.trace()
+    for words, code, out, left in [
+        ("", 1, "Please specify start or stop.\n" + FAIL, None),
+        ("restart", 0, "vxcli bob iic_set value not correct. should be [start/stop].\n", None),
+        ("START", 0, "vxcli bob iic_set value not correct. should be [start/stop].\n", None),
+        ("start", 0, "Bob chip_type: UX3361\nvxcli bob iic_set OK\n", "1\n"),
+        ("''", 0, "vxcli bob iic_set value not correct. should be [start/stop].\n", "1\n"),
+        ("stop", 0, "Bob chip_type: UX3361\nvxcli bob iic_set OK\n", "0\n"),
+    ]:
+        assert answers(unit, ["iic_set " + words]) == [(code, out)]
+        assert (status.read_text() if status.exists() else None) == left
+    assert unit.trace() == []
+
+
+def test_text_comes_before_the_shells_own(board):
+    """Each line of vxcli stands before the complaint of the shell command that it runs next, in a pipe too."""
+    unit = board("ux3361")
+    for name in ("bob_chip_type", "bob_e2prom_status", "bob_driver_status"):
+        unit.unit("var/" + name).mkdir()
+    unit.unit("userconfig/config").rename(unit.unit("userconfig/kept"))
+    out = unit.sh("{ echo 1 > /var/bob_chip_type; cp /etc/passwd /userconfig/config/velmarix_backup_bob.bin;"
+                  " vxcli bob init; } 2>&1 | cat").out
+    shell, copy, *lines = out.splitlines()  # the two complaints, and then what is to be looked at
+    shell = shell.replace("bob_chip_type", "{}")
+    assert lines == [
+        "bob:BOSA Chip Type: UX3361.", shell.format("bob_chip_type"), shell.format("bob_e2prom_status"),
+        "open file: /var/velmarix_bob.bin fail!", "bob:read data from /var/velmarix_bob.bin fail.",
+        "open file: /userconfig/config/velmarix_backup_bob.bin fail!",
+        "bob:read data from /userconfig/config/velmarix_backup_bob.bin fail.",
+        "bob:read data from /etc/velmarix_default_bob_ux3361.bin", shell.format("bob_driver_status"), copy]
