@@ -76,7 +76,7 @@ bool file_write_at(int fd, uint32_t offset, std::span<const uint8_t> data) {
     return lseek(fd, offset, SEEK_SET) == offset && file_write(fd, data);
 }
 
-bool file_replace(int dir, const char *name, std::span<const uint8_t> data) {
+bool file_replace(int dir, const char *name, std::span<const uint8_t> data, bool synced) {
     char fresh[64]; // one name for all: the lock keeps others away, and a killed writer's rest is written over
     int length = snprintf(fresh, sizeof fresh, ".%s.new", name);
     if (length < 0 || static_cast<size_t>(length) >= sizeof fresh) {
@@ -85,7 +85,8 @@ bool file_replace(int dir, const char *name, std::span<const uint8_t> data) {
     bool ok = false;
     {
         board_fd file(openat(dir, fresh, O_WRONLY | O_CREAT | O_TRUNC | O_CLOEXEC, 0644));
-        ok = file.fd >= 0 && fchmod(file.fd, 0644) == 0 && file_write(file.fd, data);
+        ok = file.fd >= 0 && fchmod(file.fd, 0644) == 0 && file_write(file.fd, data) &&
+             (!synced || fsync(file.fd) == 0);
     }
     if (ok && renameat(dir, fresh, dir, name) == 0) {
         return true;
@@ -153,4 +154,9 @@ bool attr_write(int dir, const char *name, const char *format, ...) {
     text[length++] = '\n';
     std::span<const uint8_t> bytes(reinterpret_cast<const uint8_t *>(text), static_cast<size_t>(length));
     return attr_overwrite(dir, name, bytes) || file_replace(dir, name, bytes);
+}
+
+bool attr_set_number(int board, const char *directory, const char *name, uint32_t value) {
+    const board_fd dir(dir_lock(board, directory));
+    return dir.fd >= 0 && attr_write(dir.fd, name, "%u", value);
 }

@@ -39,8 +39,9 @@ bool file_read_at(int fd, uint32_t offset, std::span<uint8_t> data);
 bool file_write_at(int fd, uint32_t offset, std::span<const uint8_t> data);
 
 // Puts a file with `data` in the place of `name` in `dir`, mode 0644 whatever the umask. The caller holds a lock
-// that keeps other writers of `name` away. A failure leaves the file as it was.
-bool file_replace(int dir, const char *name, std::span<const uint8_t> data);
+// that keeps other writers of `name` away. A failure leaves the file as it was. `synced`: also a crash of the host
+// leaves the old or the new file; that costs milliseconds.
+bool file_replace(int dir, const char *name, std::span<const uint8_t> data, bool synced = false);
 
 enum class attr_state { ok, missing, damaged };
 
@@ -54,5 +55,8 @@ bool attr_read_number(int dir, const char *name, uint32_t max, uint32_t *value);
 // Sets an attribute to the formatted text and a newline (together at most 64 characters). False leaves it as it
 // was.
 bool attr_write(int dir, const char *name, const char *format, ...) __attribute__((format(printf, 3, 4)));
+
+// Sets a number in the board's directory `directory`, under the lock of that directory. False leaves it as it was.
+bool attr_set_number(int board, const char *directory, const char *name, uint32_t value);
 
 #endif

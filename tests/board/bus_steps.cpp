@@ -3,6 +3,8 @@
 //   r:DEV:REG:LEN    prints the registers in hexadecimal, or "fail RESULT"
 //   w:DEV:REG:HEX    prints "ok" or "fail RESULT"
 //   b:BUS            the bus of the transfers that follow (1)
+//   calget:PARTITION:OFFSET:SIZE:PATH  calsave:...
+//                    copies a range of flash, prints "ok" or "fail RESULT"
 //   wait:US  get  save  diag  log  level
 //
 // Numbers are hexadecimal but for the wait.
@@ -80,6 +82,20 @@ static void transfer_step(char *step) {
     }
 }
 
+static void caldata_step(char *step) {
+    char *rest = nullptr;
+    const bool get = strcmp(strtok_r(step, ":", &rest), "calget") == 0;
+    const char *partition = strtok_r(nullptr, ":", &rest);
+    const char *offset = strtok_r(nullptr, ":", &rest);
+    const char *size = strtok_r(nullptr, ":", &rest);
+    if (size == nullptr) {
+        printf("what is %s?\n", step);
+        return;
+    }
+    const auto operation = get ? libvx_sys_get_wlan_caldata : libvx_sys_save_wlan_caldata;
+    report(operation(partition, hex_number(offset), hex_number(size), rest));
+}
+
 int main(int argc, char *argv[]) {
     for (int i = 1; i < argc; i++) {
         char *step = argv[i];
@@ -87,6 +103,8 @@ int main(int argc, char *argv[]) {
             usleep(static_cast<useconds_t>(strtoul(step + 5, nullptr, 10)));
         } else if (strncmp(step, "b:", 2) == 0) {
             bus = hex_number(step + 2);
+        } else if (strncmp(step, "cal", 3) == 0) {
+            caldata_step(step);
         } else if (strcmp(step, "get") == 0) {
             report(libvx_sys_getBob());
         } else if (strcmp(step, "save") == 0) {

@@ -16,67 +16,41 @@ struct coverage_case {
     std::vector<range> covered;
 };
 
-static const std::vector<range> gn_pages = {{0, 0x5F}, {256, 256 + 0x5F}};
+static std::vector<range> operator+(std::vector<range> left, const std::vector<range> &right) {
+    left.insert(left.end(), right.begin(), right.end());
+    return left;
+}
+
+static const std::vector<range> pages = {{0, 0x5F}, {256, 256 + 0x5F}};
+// What the UX3320 and the UX3320S have in common.
+static const std::vector<range> ux3320 =
+    pages + std::vector<range>{{384, 384},        {384 + 0x5B, 384 + 0x5C}, {384 + 0x22, 384 + 0x52},
+                               {512, 512 + 0x68}, {640, 640 + 0x68},        {768, 768 + 0x68}};
+static const std::vector<range> ux336x = {{0, 0x5F},
+                                          {128, 128 + 0x68},
+                                          {256, 256 + 0x68},
+                                          {384, 384 + 0x68},
+                                          {512, 512 + 0x36},
+                                          {512 + 0x38, 512 + 0x66},
+                                          {768, 768 + 0x53},
+                                          {768 + 0x56, 768 + 0x5D},
+                                          {768 + 0x63, 768 + 0x66},
+                                          {1024, 1024 + 0x14},
+                                          {1024 + 0x20, 1024 + 0x2A},
+                                          {1024 + 0x30, 1024 + 0x37},
+                                          {1024 + 0x40, 1024 + 0x54},
+                                          {1280, 1280 + 0x29},
+                                          {1536, 1536 + 0x5F}};
 
 static const coverage_case coverage[] = {
-    {BOB_UX3320,
-     {{384, 0xAA}, {384 + 0x5C, 0x55}},
-     {{0, 0x5F},
-      {256, 256 + 0x5F},
-      {384, 384},
-      {384 + 2, 384 + 0x52},
-      {384 + 0x5B, 384 + 0x5C},
-      {512, 512 + 104},
-      {640, 640 + 104},
-      {768, 768 + 104}}},
-    {BOB_UX3320S,
-     {{384, 0xAA}, {384 + 0x5C, 0x55}},
-     {{0, 0x5F},
-      {256, 256 + 0x5F},
-      {384, 384 + 0x20},
-      {384 + 0x22, 384 + 0x52},
-      {384 + 0x5B, 384 + 0x5C},
-      {512, 512 + 104},
-      {640, 640 + 104},
-      {768, 768 + 104}}},
-    {BOB_UX3361,
-     {{512, 0xAA}},
-     {{0, 0x5F},
-      {128, 128 + 0x68},
-      {256, 256 + 0x68},
-      {384, 384 + 0x68},
-      {512, 512 + 0x36},
-      {512 + 0x38, 512 + 0x66},
-      {768, 768 + 0x53},
-      {768 + 0x56, 768 + 0x5D},
-      {768 + 0x63, 768 + 0x66},
-      {1024, 1024 + 0x14},
-      {1024 + 0x20, 1024 + 0x2A},
-      {1024 + 0x30, 1024 + 0x37},
-      {1024 + 0x40, 1024 + 0x54},
-      {1280, 1280 + 0x29},
-      {1536, 1536 + 0x5F}}},
-    {BOB_UX3365,
-     {{512, 0xAA}},
-     {{0, 0x5F},
-      {128, 128 + 0x68},
-      {256, 256 + 0x68},
-      {384, 384 + 0x68},
-      {512, 512 + 0x36},
-      {512 + 0x38, 512 + 0x66},
-      {768, 768 + 0x53},
-      {768 + 0x56, 768 + 0x5D},
-      {768 + 0x63, 768 + 0x66},
-      {768 + 0x6B, 768 + 0x6E},
-      {1024, 1024 + 0x14},
-      {1024 + 0x20, 1024 + 0x2A},
-      {1024 + 0x30, 1024 + 0x37},
-      {1024 + 0x40, 1024 + 0x54},
-      {1280, 1280 + 0x29},
-      {1536, 1536 + 0x5F}}},
-    {BOB_GN25L95D, {}, gn_pages},
-    {BOB_GN28L96, {}, gn_pages},
-    {BOB_GN28L95, {}, gn_pages},
+    {BOB_UX3320, {{384, 0xAA}, {384 + 0x5C, 0x55}}, ux3320 + std::vector<range>{{384 + 0x02, 384 + 0x21}}},
+    {BOB_UX3320S, {{384, 0xAA}, {384 + 0x5C, 0x55}}, ux3320 + std::vector<range>{{384 + 0x01, 384 + 0x20}}},
+    {BOB_UX3361, {{512, 0xAA}}, ux336x},
+    {BOB_UX3362S, {{512, 0xAA}}, ux336x},
+    {BOB_UX3365, {{512, 0xAA}}, ux336x + std::vector<range>{{768 + 0x6B, 768 + 0x6E}}},
+    {BOB_GN25L95D, {}, pages},
+    {BOB_GN28L96, {}, pages},
+    {BOB_GN28L95, {}, pages},
 };
 
 TEST(Checksums, CoverExactlyTheseBytes) {

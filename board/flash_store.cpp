@@ -1,0 +1,126 @@
+#include "flash_store.h"
+
+#include "flash.h"
+
+#include "libvx.h"
+
+#include <algorithm>
+
+// A bank holds a header and the contents behind it. The header is programmed last, so an interrupted store leaves
+// none. All fields are little-endian 32-bit numbers: magic, the contents' length and their CRC-32.
+//
+// With two banks, new contents go into the bank that does not hold the old ones, whose bank is erased then. Cut
+// short in between, both are whole, and the first of them counts, be it the old or the new one.
+
+static uint32_t crc32(uint32_t crc, std::span<const uint8_t> data) {
+    crc = ~crc;
+    for (uint8_t byte : data) {
+        crc ^= byte;
+        for (int bit = 0; bit < 8; bit++) {
+            crc = (crc >> 1) ^ ((crc & 1) != 0 ? 0xEDB88320 : 0);
+        }
+    }
+    return ~crc;
+}
+
+static void put_u32(uint8_t *place, uint32_t value) {
+    for (int i = 0; i < 4; i++) {
+        place[i] = static_cast<uint8_t>(value >> (8 * i));
+    }
+}
+
+static uint32_t get_u32(const uint8_t *place) {
+    return place[0] | static_cast<uint32_t>(place[1]) << 8 | static_cast<uint32_t>(place[2]) << 16 |
+           static_cast<uint32_t>(place[3]) << 24;
+}
+
+static uint32_t bank_size(const flash_store &store, const flash_partition &partition) {
+    const uint32_t size = partition.size / store.banks;
+    return size - size % flash_block;
+}
+
+// Where contents are found.
+struct bank_contents {
+    int32_t result; // LIBVX_RET_OK; LIBVX_RET_FAIL: none that are whole; LIBVX_RET_FILE_READ_FAIL
+    uint32_t start; // of their bank
+    uint32_t length;
+};
+
+static bank_contents look_at_bank(const flash_partition &partition, uint32_t magic, uint32_t start, uint32_t size) {
+    uint8_t header[flash_store_header];
+    if (!flash_read(partition, start, header)) {
+        return {LIBVX_RET_FILE_READ_FAIL, 0, 0};
+    }
+    const uint32_t length = get_u32(header + 4);
+    if (get_u32(header) != magic || length > size - flash_store_header) {
+        return {LIBVX_RET_FAIL, 0, 0};
+    }
+    uint32_t crc = 0;
+    uint8_t piece[flash_block];
+    for (uint32_t done = 0; done < length;) {
+        const uint32_t count = std::min(length - done, flash_block);
+        if (!flash_read(partition, start + flash_store_header + done, {piece, count})) {
+            return {LIBVX_RET_FILE_READ_FAIL, 0, 0};
+        }
+        crc = crc32(crc, {piece, count});
+        done += count;
+    }
+    return {crc == get_u32(header + 8) ? LIBVX_RET_OK : LIBVX_RET_FAIL, start, length};
+}
+
+static bank_contents find_contents(const flash_partition &partition, const flash_store &store) {
+    const uint32_t size = bank_size(store, partition);
+    bank_contents found = {LIBVX_RET_FILE_READ_FAIL, 0, 0};
+    for (uint32_t bank = 0; size != 0 && bank < store.banks && found.result != LIBVX_RET_OK; bank++) {
+        found = look_at_bank(partition, store.magic, bank * size, size);
+    }
+    return found;
+}
+
+int32_t flash_store_read(int board, const flash_store &store, std::span<uint8_t> room, size_t *length) {
+    const flash_partition partition(board, store.partition);
+    const bank_contents found = find_contents(partition, store);
+    if (found.result != LIBVX_RET_OK) {
+        return found.result;
+    }
+    if (found.length > room.size()) {
+        return LIBVX_RET_FAIL;
+    }
+    *length = found.length;
+    return flash_read(partition, found.start + flash_store_header, room.first(found.length))
+               ? LIBVX_RET_OK
+               : LIBVX_RET_FILE_READ_FAIL;
+}
+
+int32_t flash_store_write(int board, const flash_store &store, std::span<const uint8_t> data) {
+    const flash_partition partition(board, store.partition);
+    if (partition.size == 0) {
+        return LIBVX_RET_FILE_OPEN_FAIL;
+    }
+    const uint32_t size = bank_size(store, partition);
+    if (size == 0 || data.size() > size - flash_store_header) {
+        return LIBVX_RET_FAIL;
+    }
+    const bank_contents old = find_contents(partition, store);
+    const bool takes_second = store.banks > 1 && old.result == LIBVX_RET_OK && old.start == 0;
+    const uint32_t start = takes_second ? size : 0;
+    const uint32_t other = takes_second ? 0 : size;
+    uint8_t header[flash_store_header];
+    put_u32(header, store.magic);
+    put_u32(header + 4, static_cast<uint32_t>(data.size()));
+    put_u32(header + 8, crc32(0, data));
+    // The erase takes the header's block first: from there on what was in the bank is gone.
+    const bool ok = flash_erase(partition, start, flash_store_header + static_cast<uint32_t>(data.size())) &&
+                    flash_program(partition, start + flash_store_header, data) &&
+                    flash_program(partition, start, header) &&
+                    (store.banks == 1 || flash_erase(partition, other, flash_store_header));
+    return ok ? LIBVX_RET_OK : LIBVX_RET_FILE_WRITE_FAIL;
+}
+
+int32_t flash_store_erase(int board, const flash_store &store) {
+    const flash_partition partition(board, store.partition);
+    if (partition.size == 0) {
+        return LIBVX_RET_FILE_OPEN_FAIL;
+    }
+    return flash_erase(partition, 0, partition.size) ? LIBVX_RET_OK : LIBVX_RET_FILE_WRITE_FAIL;
+}

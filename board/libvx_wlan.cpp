@@ -1,0 +1,107 @@
+// Wi-Fi calibration: ranges of a flash partition copied to files and back.
+
+#include "board_call.h"
+#include "flash.h"
+
+#include "libvx.h"
+
+#include <algorithm>
+#include <cstring>
+#include <fcntl.h>
+
+// A partition's name, not a way out of the flash.
+static bool is_name(const char *text) {
+    return text != nullptr && strchr(text, '/') == nullptr;
+}
+
+static bool lies_inside(const flash_partition &partition, uint32_t offset, uint32_t size) {
+    return offset <= partition.size && size <= partition.size - offset;
+}
+
+// How much of the range at `place` with `left` bytes to go is in the block of `place`.
+static uint32_t length_in_block(uint32_t place, uint32_t left) {
+    return std::min(left, flash_block - place % flash_block);
+}
+
+static int32_t get_range(int board, const char *name, uint32_t offset, uint32_t size, const char *path) {
+    const flash_partition partition(board, name);
+    if (partition.size == 0) {
+        return LIBVX_RET_FILE_OPEN_FAIL;
+    }
+    if (!lies_inside(partition, offset, size)) {
+        return LIBVX_RET_INVALID_PARAMETER;
+    }
+    const board_fd file(open(path, O_WRONLY | O_CREAT | O_TRUNC | O_CLOEXEC, 0644));
+    if (file.fd < 0) {
+        return LIBVX_RET_FILE_OPEN_FAIL;
+    }
+    for (uint32_t done = 0; done < size;) {
+        uint8_t cells[flash_block];
+        const std::span<uint8_t> piece(cells, length_in_block(offset + done, size - done));
+        if (!flash_read(partition, offset + done, piece)) {
+            return LIBVX_RET_FILE_READ_FAIL;
+        }
+        if (!file_write(file.fd, piece)) {
+            return LIBVX_RET_FILE_WRITE_FAIL;
+        }
+        done += static_cast<uint32_t>(piece.size());
+    }
+    return LIBVX_RET_OK;
+}
+
+// Puts what comes next in the file into `length` bytes of one block, keeping the block's other bytes. The file is
+// read before the block is erased, so that an unreadable one changes nothing.
+static int32_t save_in_block(const flash_partition &partition, uint32_t place, uint32_t length, int file) {
+    uint8_t cells[flash_block];
+    const uint32_t block = place - place % flash_block;
+    if (!flash_read(partition, block, cells)) {
+        return LIBVX_RET_FILE_READ_FAIL;
+    }
+    const std::span<uint8_t> piece(cells + (place - block), length);
+    std::ranges::fill(piece, uint8_t{0xFF}); // where the file is short
+    if (file_read(file, piece) < 0) {
+        return LIBVX_RET_FILE_READ_FAIL;
+    }
+    return flash_erase(partition, block, flash_block) && flash_program(partition, block, cells)
+               ? LIBVX_RET_OK
+               : LIBVX_RET_FILE_WRITE_FAIL;
+}
+
+// One block after the other. A power loss costs at most what is in the one block that is being written: of the
+// calibration slots, which do not share blocks, only the one that is saved.
+static int32_t save_range(int board, const char *name, uint32_t offset, uint32_t size, const char *path) {
+    const board_fd file(open(path, O_RDONLY | O_CLOEXEC));
+    if (file.fd < 0) {
+        return LIBVX_RET_FILE_OPEN_FAIL;
+    }
+    const flash_partition partition(board, name);
+    if (partition.size == 0) {
+        return LIBVX_RET_FILE_OPEN_FAIL;
+    }
+    if (!lies_inside(partition, offset, size)) {
+        return LIBVX_RET_INVALID_PARAMETER;
+    }
+    for (uint32_t done = 0; done < size;) {
+        const uint32_t length = length_in_block(offset + done, size - done);
+        const int32_t result = save_in_block(partition, offset + done, length, file.fd);
+        if (result != LIBVX_RET_OK) {
+            return result;
+        }
+        done += length;
+    }
+    return LIBVX_RET_OK;
+}
+
+int32_t libvx_sys_get_wlan_caldata(const char *partition, uint32_t offset, uint32_t size, const char *path) {
+    return board_call(__func__, [=](int board) {
+        return is_name(partition) && path != nullptr ? get_range(board, partition, offset, size, path)
+                                                     : int32_t{LIBVX_RET_INVALID_PARAMETER};
+    });
+}
+
+int32_t libvx_sys_save_wlan_caldata(const char *partition, uint32_t offset, uint32_t size, const char *path) {
+    return board_call(__func__, [=](int board) {
+        return is_name(partition) && path != nullptr ? save_range(board, partition, offset, size, path)
+                                                     : int32_t{LIBVX_RET_INVALID_PARAMETER};
+    });
+}
