@@ -7,10 +7,13 @@
 #include <cstring>
 
 // In listing order. A group stands here once it has commands.
+// clang-format off: one row a line
 static constexpr vxcli_subCmd_t subCmds[] = {
+    {"sys", sys_cmds},
     {"bob", bob_cmds},
     {nullptr, nullptr},
 };
+// clang-format on
 
 static const char *or_null(const char *text) {
     return text != nullptr ? text : "null";
