@@ -34,5 +34,6 @@ void show_bad_arguments(const char *value, const char *help);
 // The command tables, one per group, each defined in its group's source file.
 extern const vxcli_cmd_t sys_cmds[];
 extern const vxcli_cmd_t bob_cmds[];
+extern const vxcli_cmd_t wlan_cmds[];
 
 #endif

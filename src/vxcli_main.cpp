@@ -11,6 +11,7 @@
 static constexpr vxcli_subCmd_t subCmds[] = {
     {"sys", sys_cmds},
     {"bob", bob_cmds},
+    {"wlan", wlan_cmds},
     {nullptr, nullptr},
 };
 // clang-format on

@@ -71,6 +71,9 @@ def test_help(environment, words):
     # What the view replaces is the board's, also for the newer system calls (statx, faccessat2).
     ("echo data >/var/f; stat -c %s /var/f; test -r /var/f; echo $?; ls -l /var | wc -l", (0, "5\n0\n2\n")),
     ("mv /etc/passwd /tmp/a && cp /tmp/a /userconfig/b && ls /tmp /userconfig/b", (0, "/userconfig/b\n\n/tmp:\na\n")),
+    ("echo 1 >/lib/firmware/f; cat /lib/firmware/f /proc/bus/pci/devices; ls /lib/firmware /proc/bus/pci",
+     (0, "1\n/lib/firmware:\nf\n\n/proc/bus/pci:\ndevices\n")),
+    ("cat /sys/class/leds/pwr_led/trigger /sys/class/mem/null/dev", (0, "none\n1:3\n")),  # the board's beside the host's
     ("echo >/dev/null; awk 'BEGIN {print 7}'", (0, "7\n")),
     ("exec env -i /usr/bin/printf %s ok", (0, "ok")),
 ])
