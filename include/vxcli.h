@@ -32,8 +32,12 @@ using vxcli_subCmd_t = vxcli_subCmd_s;
 void show_bad_arguments(const char *value, const char *help);
 
 // The command tables, one per group, each defined in its group's source file.
+extern const vxcli_cmd_t epon_cmds[];
+extern const vxcli_cmd_t gpon_cmds[];
 extern const vxcli_cmd_t sys_cmds[];
+extern const vxcli_cmd_t switch_cmds[];
 extern const vxcli_cmd_t bob_cmds[];
 extern const vxcli_cmd_t wlan_cmds[];
+extern const vxcli_cmd_t port_cmds[];
 
 #endif

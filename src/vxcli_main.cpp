@@ -9,9 +9,13 @@
 // In listing order. A group stands here once it has commands.
 // clang-format off: one row a line
 static constexpr vxcli_subCmd_t subCmds[] = {
+    {"epon", epon_cmds},
+    {"gpon", gpon_cmds},
     {"sys", sys_cmds},
+    {"switch", switch_cmds},
     {"bob", bob_cmds},
     {"wlan", wlan_cmds},
+    {"port", port_cmds},
     {nullptr, nullptr},
 };
 // clang-format on

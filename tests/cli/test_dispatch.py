@@ -3,8 +3,9 @@
 import pytest
 
 from bench import FAIL, answers
+from links import HELP, talk
 
-GROUPS = ["bob"]  # in listing order
+GROUPS = ["epon", "gpon", "sys", "switch", "bob", "wlan", "port"]  # in listing order
 BOB = {
     "read": "read : read bob data from flash",
     "opt": "opt : get optical diagnostic parameters",
@@ -97,3 +98,15 @@ def test_commands_without_a_usable_chip(board, text, answer):
     assert answers(unit, commands) == [(1, answer)] * len(commands)
     assert unit.trace() == []
     assert {entry.name for entry in unit.unit("var").iterdir()} <= {"bob_chip_type"}
+
+
+@pytest.mark.parametrize("group", HELP)
+def test_groups_of_the_links(board, group):
+    unit, rows = board("ux3361"), HELP[group]
+    assert unit.run("vxcli", group)[:2] == (0, listing(group, rows, 16, 7))
+    assert unit.run("vxcli", group, "help")[:2] == (
+        0, "Valid commands for help are:\n" + "".join(f"{name:16} : {text}\n" for name, (_, text) in rows.items()))
+    unit.trace()
+    talk(unit, group, *((" ".join([name] + ["0"] * (least - 1)), f"usage for {name}: {text}\n")
+                        for name, (least, text) in rows.items() if least > 0))
+    assert unit.trace() == []
