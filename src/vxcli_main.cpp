@@ -6,8 +6,8 @@
 #include <cstdio>
 #include <cstring>
 
-// In listing order. A group stands here once it has commands.
-// clang-format off: one row a line
+// In listing order, one a line. A group stands here once it has commands.
+// clang-format off
 static constexpr vxcli_subCmd_t subCmds[] = {
     {"epon", epon_cmds},
     {"gpon", gpon_cmds},
