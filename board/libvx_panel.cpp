@@ -3,6 +3,7 @@
 #include "board_call.h"
 
 #include <cstdio>
+#include <cstring>
 #include <fcntl.h>
 #include <span>
 #include <sys/stat.h>
@@ -29,6 +30,11 @@ static int open_led(int dir, const led_row &led) {
 
 static bool set_steady(int led, bool on) {
     return attr_write(led, "trigger", "none") && attr_write(led, "brightness", "%d", on ? 1 : 0);
+}
+
+static bool is_file_name(const char *text) {
+    const size_t length = text != nullptr ? strlen(text) : 0;
+    return length > 0 && length < 32 && strchr(text, '/') == nullptr && text[0] != '.';
 }
 
 int32_t libvx_sys_led(int32_t on) {
@@ -70,6 +76,18 @@ int32_t display_dts_led_list_all(void) {
             }
         }
         return dir.fd >= 0 ? LIBVX_RET_OK : LIBVX_RET_FILE_OPEN_FAIL;
+    });
+}
+
+// What follows from a configuration is not modelled: it is kept, and can be looked at.
+int32_t libvx_led_config_set(const char *ledName, const char *config, int32_t value) {
+    return board_call(__func__, [=](int board) {
+        if (!is_file_name(ledName) || !is_file_name(config)) {
+            return LIBVX_RET_INVALID_PARAMETER;
+        }
+        const board_fd lock(dir_lock(board, "led_config"));
+        return lock.fd >= 0 && attr_write(lock.fd, ledName, "%s %d", config, value) ? LIBVX_RET_OK
+                                                                                    : LIBVX_RET_FILE_WRITE_FAIL;
     });
 }
 

@@ -4,7 +4,10 @@
 #include "attr_numbers.h"
 #include "board_call.h"
 #include "endpoint.h"
+#include "sysinfo_store.h"
 
+#include <cstdlib>
+#include <cstring>
 #include <iterator>
 
 static constexpr uint32_t port_rate_max = 2500000;  // kbps
@@ -178,4 +181,25 @@ int32_t libvx_switchApi_portGetWanPort(uint16_t port, uint8_t *iswan) {
 
 int32_t libvx_switchApi_portSetWanPort(uint16_t port, uint8_t iswan) {
     return endpoint_set(__func__, {switch_port, port}, wan_attribute(port), {{iswan, 1}});
+}
+
+// ---- PHYs ----
+
+// The map is a list of numbers, the first one for the first LAN port.
+int32_t libvx_switchApi_ethPortNum2PhyPortNum(int32_t lanIndex) {
+    int32_t phy = -1;
+    board_call(__func__, [&](int) {
+        char map[LIBVX_SYS_TEXT_SIZE] = {};
+        const int32_t result = sysinfo_get("PhyPortMap", map);
+        const char *number = map;
+        for (int32_t i = 0; i < lanIndex && number != nullptr; i++) {
+            number = strchr(number, ',');
+            number = number != nullptr ? number + 1 : nullptr;
+        }
+        if (lanIndex >= 0 && number != nullptr && *number >= '0' && *number <= '9') {
+            phy = static_cast<int32_t>(strtol(number, nullptr, 10));
+        }
+        return result;
+    });
+    return phy;
 }

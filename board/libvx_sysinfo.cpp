@@ -260,6 +260,10 @@ int32_t libvx_sys_setUsbNum(int32_t value) {
     return set_number(__func__, "UsbNum", value);
 }
 
+int32_t libvx_sys_getWifiNum(void) {
+    return get_number(__func__, "WifiNum");
+}
+
 int32_t libvx_sys_setWifiNum(int32_t value) {
     return set_number(__func__, "WifiNum", value);
 }

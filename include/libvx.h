@@ -188,6 +188,7 @@ LIBVX_API int32_t libvx_sys_set2GeEthNum(int32_t value);
 LIBVX_API int32_t libvx_sys_setGeEthNum(int32_t value);
 LIBVX_API int32_t libvx_sys_setFeEthNum(int32_t value);
 LIBVX_API int32_t libvx_sys_setUsbNum(int32_t value);
+LIBVX_API int32_t libvx_sys_getWifiNum(void);
 LIBVX_API int32_t libvx_sys_setWifiNum(int32_t value);
 LIBVX_API int32_t libvx_sys_setCatvNum(int32_t value);
 LIBVX_API int32_t libvx_sys_setExdbgMode(int32_t value);
@@ -284,6 +285,9 @@ LIBVX_API int32_t libvx_sys_setLed(libvx_sys_led_name led, int32_t state, int32_
 
 /* Prints the LEDs that the device tree declares, on standard output through stdio. */
 LIBVX_API int32_t display_dts_led_list_all(void);
+
+/* Puts a LED, or a group of LEDs that has a name of its own, into one of its configurations with `value`. */
+LIBVX_API int32_t libvx_led_config_set(const char *ledName, const char *config, int32_t value);
 
 /* The button test on (1) or off (0). */
 LIBVX_API int32_t libvx_sys_button(int32_t on);
@@ -481,6 +485,10 @@ LIBVX_API int32_t libvx_switchApi_portSetQueue(uint16_t port, uint32_t mode, con
 LIBVX_API int32_t libvx_switchApi_portGetWanPort(uint16_t port, uint8_t *iswan);
 LIBVX_API int32_t libvx_switchApi_portSetWanPort(uint16_t port, uint8_t iswan);
 
+/* The number of a LAN port's PHY, by the unit's PHY port map. `lanIndex` runs from 0. The result is the number
+ * itself, negative for a port that the map does not have. */
+LIBVX_API int32_t libvx_switchApi_ethPortNum2PhyPortNum(int32_t lanIndex);
+
 /* ---- switch services: protocol packets ----
  *
  * Protocols: 0 DHCP broadcast, 1 ARP, 2 ICMPv4, 3 ICMPv6, 4 IGMP, 5 MLD, 6 PPPoE, 7 TCP ACK, 8 multicast, 9 TCP
@@ -524,6 +532,12 @@ LIBVX_API int32_t libvx_switchApi_addCpuMac(uint8_t unit, const uint8_t mac[6], 
                                             uint8_t iswan, int32_t portA, int32_t portB);
 LIBVX_API int32_t libvx_switchApi_delCpuMac(uint8_t unit, const uint8_t mac[6], uint32_t ipv4, const uint8_t *ipv6,
                                             uint8_t iswan, int32_t portA, int32_t portB);
+
+/* ---- registers of the system-on-chip ---- */
+
+/* Reads the 32-bit register at a physical address, replaces `width` bits from `lowBit` on (0 is the least
+ * significant) by `value`, which must fit, and writes it back. */
+LIBVX_API int32_t vx_mem_modify(uint32_t address, uint32_t lowBit, uint32_t width, uint32_t value);
 
 /* ---- validators: non-zero when the text is valid ---- */
 

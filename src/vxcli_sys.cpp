@@ -11,6 +11,7 @@
 #include "sys/sys_info.h"
 #include "sys/sys_panel.h"
 #include "sys/sys_pon.h"
+#include "sys/sys_power.h"
 #include "sys/sys_show.h"
 
 #include <cstdio>
@@ -137,6 +138,7 @@ constinit const vxcli_cmd_t sys_cmds[] = {
      "savepreconf <filepath>:save preconf file into preconf partition"},
     {"erasebackup", sys_erase<libvx_sys_eraseBackupConfig>, 0, "erase backup partition"},
     {"erasepreconf", sys_erase<libvx_sys_erasePreConfig>, 0, "erase preconf partition"},
+    {"ps", sys_power_save, 1, "<mode:prepare/mode1/mode0/off>"},
     {"slicdc", sys_field, 0, "slicdc [num]: get/set Slic DC profile number"},
     {"slicmode", sys_field, 0, "slicmode [standby|active]: get/set slic mode"},
     {"ethwan", sys_ethwan, 0, "ethwan [ethwan name]: get/set ethwan"},

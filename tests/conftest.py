@@ -33,7 +33,7 @@ class Result(NamedTuple):
 class TraceLine(NamedTuple):
     time: int  # microseconds
     pid: int
-    kind: str  # i2c, call, wait, run
+    kind: str  # i2c, mem, call, wait, run
     fields: list  # the words after the kind
 
 

@@ -215,6 +215,17 @@ static constexpr attribute sys_attributes[] = {{"fw_version", "V5.2.1R3\n"},
                                                {"button_test", "0\n"},
                                                {"nat_flushes", "0\n"}};
 
+// The drivers that the firmware loads, whatever Wi-Fi chips are fitted. A single-family unit has none.
+static constexpr attribute module_attributes[] = {{"mt7916_ap", "1\n"}};
+
+// Registers, LED configurations and parameters appear when they are set.
+static void make_platform(const unit_kind &kind) {
+    make_empty("mem");
+    make_empty("led_config");
+    make_empty("params");
+    make_attributes("modules", std::span(module_attributes).first(&kind == &home_gateway ? 1 : 0));
+}
+
 struct partition_row {
     const char *name;
     uint32_t size;   // in bytes
@@ -312,6 +323,7 @@ static void make_profile(const profile &made) {
     make_pon(made);
     make_switch(made.kind);
     make_attributes("sys", sys_attributes);
+    make_platform(made.kind);
     make_attributes("serdes", serdes_attributes);
     enter("optics");
     make_attributes("catv", catv_attributes);
