@@ -89,7 +89,7 @@ static attr_state read_sys(int board, const char *name, std::span<char> text) {
     return attr_read(sys.fd, name, text);
 }
 
-static int32_t get_version(const char *operation, const char *name, char *buf) {
+static int32_t get_text(const char *operation, const char *name, char *buf) {
     if (buf == nullptr) {
         return LIBVX_RET_INVALID_PARAMETER;
     }
@@ -104,17 +104,21 @@ static int32_t get_version(const char *operation, const char *name, char *buf) {
 }
 
 int32_t libvx_sys_getFwVersion(char buf[LIBVX_SYS_TEXT_SIZE]) {
-    return get_version(__func__, "fw_version", buf);
+    return get_text(__func__, "fw_version", buf);
 }
 
 int32_t libvx_sys_getBootVersion(char buf[LIBVX_SYS_TEXT_SIZE]) {
-    return get_version(__func__, "boot_version", buf);
+    return get_text(__func__, "boot_version", buf);
 }
 
 // The firmware's version is what there is to know of it.
 int32_t libvx_sys_getFwInfo(void) {
     char version[LIBVX_SYS_TEXT_SIZE];
-    return get_version(__func__, "fw_version", version);
+    return get_text(__func__, "fw_version", version);
+}
+
+int32_t libvx_sys_getMainImageMtd(char buf[LIBVX_SYS_TEXT_SIZE]) {
+    return get_text(__func__, "main_image", buf);
 }
 
 int32_t libvx_sys_eraseBackupImageMtd(void) {

@@ -1,4 +1,4 @@
-// The SerDes driver's stand-in: a preload that serves /dev/vxserdes from the attributes under BOARD/serdes.
+// The drivers' stand-in: a preload that serves /dev/vxserdes from the attributes under BOARD/serdes.
 //
 //   mode      pattern that is sent, 0 (off) to 6
 //   bist      pattern that is checked, 0 (off) to 6
@@ -10,6 +10,13 @@
 // Opening the node gives a descriptor of that directory, so it needs no table of its own, survives fork and exec,
 // and a board without the directory has no node. Requests can be made to fail: the names below are operations of
 // BOARD/faults.
+//
+// The console is the board's own, too, in BOARD/console:
+//
+//   output    what was written to /dev/console
+//   redirect  the terminal that takes its place, such as /dev/pts/3; empty: none
+//
+// TIOCCONS never comes to the host, whose console it would take away. It does what the kernel does.
 
 #include "board_dir.h"
 #include "board_faults.h"
@@ -18,6 +25,7 @@
 #include <algorithm>
 #include <array>
 #include <cerrno>
+#include <climits>
 #include <cstdarg>
 #include <cstdint>
 #include <cstdio>
@@ -26,14 +34,29 @@
 #include <ctime>
 #include <fcntl.h>
 #include <sys/file.h>
+#include <sys/ioctl.h>
 #include <sys/stat.h>
 #include <sys/syscall.h>
 #include <unistd.h>
 
 #define PRELOADED extern "C" __attribute__((visibility("default")))
 
-static constexpr char node_path[] = "/dev/vxserdes";
 static constexpr char node_directory[] = "serdes";
+static constexpr char console_directory[] = "console";
+static constexpr char console_output[] = "console/output";
+
+// The device nodes of the unit that lead into the board.
+struct node_row {
+    const char *path;
+    const char *place; // in the board
+    int kept;          // those of the caller's flags that count
+    int added;
+};
+
+static constexpr node_row nodes[] = {
+    {"/dev/vxserdes", node_directory, O_CLOEXEC, O_RDONLY | O_DIRECTORY},
+    {"/dev/console", console_output, O_CLOEXEC | O_ACCMODE, O_APPEND},
+};
 
 // The driver's requests; what their argument points to is said behind each.
 enum serdes_request : unsigned long {
@@ -136,6 +159,35 @@ static int serve(int node, unsigned long request, void *argument) {
     }
 }
 
+static bool is_node(int board, const char *place, int fd) {
+    struct stat mine = {};
+    struct stat theirs = {};
+    return fstatat(board, place, &mine, 0) == 0 && fstat(fd, &theirs) == 0 && mine.st_dev == theirs.st_dev &&
+           mine.st_ino == theirs.st_ino;
+}
+
+// The console goes to the terminal `fd`, or back if `fd` is the console itself. While one terminal has it, no other
+// one gets it; a terminal that is gone has lost it.
+static int redirect_console(int board, int fd) {
+    const board_fd console(dir_lock(board, console_directory));
+    if (console.fd < 0) {
+        return ENOTTY;
+    }
+    if (is_node(board, console_output, fd)) {
+        return attr_write(console.fd, "redirect", "%s", "") ? 0 : EIO;
+    }
+    char terminal[64];
+    char owner[64];
+    if (ttyname_r(fd, terminal, sizeof terminal) != 0) {
+        return ENOTTY;
+    }
+    if (attr_read(console.fd, "redirect", owner) == attr_state::ok && owner[0] != '\0' &&
+        access(owner, F_OK) == 0) {
+        return EBUSY;
+    }
+    return attr_write(console.fd, "redirect", "%s", terminal) ? 0 : EIO;
+}
+
 // The requests' names in faults and trace, by number.
 static constexpr std::array<const char *, 8> request_names = {
     "serdes_set_tx_prbs", "serdes_get_state",  "serdes_set_rx_bist",   "serdes_start_count",
@@ -143,18 +195,24 @@ static constexpr std::array<const char *, 8> request_names = {
 
 // ---- what the program calls ----
 
-static bool is_node(int board, int fd) {
-    struct stat mine = {};
-    struct stat theirs = {};
-    return fstatat(board, node_directory, &mine, 0) == 0 && fstat(fd, &theirs) == 0 && S_ISDIR(theirs.st_mode) &&
-           mine.st_dev == theirs.st_dev && mine.st_ino == theirs.st_ino;
+// By a path, and not through the board's directory: the descriptor must be the lowest that is free.
+static int open_node(const char *root, const node_row &node, int flags) {
+    char path[PATH_MAX];
+    const int length = snprintf(path, sizeof path, "%s/%s", root, node.place);
+    if (length < 0 || static_cast<size_t>(length) >= sizeof path) {
+        errno = ENAMETOOLONG;
+        return -1;
+    }
+    return static_cast<int>(syscall(SYS_openat, AT_FDCWD, path, (flags & node.kept) | node.added, 0));
 }
 
 static int open_path(const char *path, int flags, mode_t mode) {
-    if (path != nullptr && strcmp(path, node_path) == 0) {
-        const board_fd board(board_open());
-        if (board.fd >= 0) {
-            return openat(board.fd, node_directory, O_RDONLY | O_DIRECTORY | (flags & O_CLOEXEC));
+    const char *root = getenv("VXBOARD");
+    if (path != nullptr && root != nullptr && *root != '\0') {
+        for (const node_row &node : nodes) {
+            if (strcmp(path, node.path) == 0) {
+                return open_node(root, node, flags);
+            }
         }
     }
     return static_cast<int>(syscall(SYS_openat, AT_FDCWD, path, flags, mode));
@@ -174,22 +232,31 @@ PRELOADED int open(const char *path, int flags, ...) {
 // Where files are 64 bits wide anyway, this is the same call.
 PRELOADED int open64(const char *path, int flags, ...) __attribute__((alias("open")));
 
+// What ioctl gives for a request that `body` does, unless a fault is armed for it.
+template <typename body_t>
+static int answer(int board, const char *name, body_t body) {
+    int32_t injected = 0;
+    const int failure = fault_strikes(board, {.operation = name}, &injected) ? EIO : body();
+    trace_call(board, name, failure == 0 ? 0 : -1);
+    errno = failure != 0 ? failure : errno;
+    return failure == 0 ? 0 : -1;
+}
+
 PRELOADED int ioctl(int fd, unsigned long request, ...) {
     va_list arguments;
     va_start(arguments, request);
     void *argument = va_arg(arguments, void *);
     va_end(arguments);
+    if (request == TIOCCONS) {
+        const board_fd board(board_open());
+        return answer(board.fd, "console_redirect", [&] { return redirect_console(board.fd, fd); });
+    }
     if (request >= set_tx_prbs && request < set_tx_prbs + request_names.size()) {
         const board_fd board(board_open());
-        if (board.fd >= 0 && is_node(board.fd, fd)) {
-            const char *name = request_names[request - set_tx_prbs];
+        if (board.fd >= 0 && is_node(board.fd, node_directory, fd)) {
             const board_fd lock(dir_lock(board.fd, node_directory));
-            int32_t injected = 0;
-            const bool struck = fault_strikes(board.fd, {.operation = name}, &injected);
-            const int failure = struck ? EIO : serve(fd, request, argument);
-            trace_call(board.fd, name, failure == 0 ? 0 : -1);
-            errno = failure != 0 ? failure : errno;
-            return failure == 0 ? 0 : -1;
+            return answer(board.fd, request_names[request - set_tx_prbs],
+                          [&] { return serve(fd, request, argument); });
         }
     }
     return static_cast<int>(syscall(SYS_ioctl, fd, request, argument));

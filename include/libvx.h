@@ -251,6 +251,9 @@ LIBVX_API int32_t lib_sys_savePreConfig(const char *path);
 LIBVX_API int32_t libvx_sys_eraseBackupConfig(void);
 LIBVX_API int32_t libvx_sys_erasePreConfig(void);
 
+/* The name of the firmware image partition that is in use. */
+LIBVX_API int32_t libvx_sys_getMainImageMtd(char buf[LIBVX_SYS_TEXT_SIZE]);
+
 /* Erases the firmware image partition that is not in use. */
 LIBVX_API int32_t libvx_sys_eraseBackupImageMtd(void);
 

@@ -39,5 +39,10 @@ extern const vxcli_cmd_t switch_cmds[];
 extern const vxcli_cmd_t bob_cmds[];
 extern const vxcli_cmd_t wlan_cmds[];
 extern const vxcli_cmd_t port_cmds[];
+extern const vxcli_cmd_t mirror_cmds[];
+extern const vxcli_cmd_t image_cmds[];
+extern const vxcli_cmd_t voice_cmds[];
+extern const vxcli_cmd_t consoleRedirect_cmds[];
+extern const vxcli_cmd_t dnsmasq_cmds[];
 
 #endif

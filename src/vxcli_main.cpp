@@ -6,7 +6,7 @@
 #include <cstdio>
 #include <cstring>
 
-// In listing order, one a line. A group stands here once it has commands.
+// In listing order, one a line.
 // clang-format off
 static constexpr vxcli_subCmd_t subCmds[] = {
     {"epon", epon_cmds},
@@ -16,6 +16,11 @@ static constexpr vxcli_subCmd_t subCmds[] = {
     {"bob", bob_cmds},
     {"wlan", wlan_cmds},
     {"port", port_cmds},
+    {"mirror", mirror_cmds},
+    {"image", image_cmds},
+    {"voice", voice_cmds},
+    {"consoleRedir", consoleRedirect_cmds},
+    {"dnsmasq", dnsmasq_cmds},
     {nullptr, nullptr},
 };
 // clang-format on

@@ -1,4 +1,4 @@
-"""The groups about PON links and switch ports: their help texts, and talks with them in a few lines:
+"""The groups about PON links, switch ports and services: their help texts, and talks with them in a few lines:
 
     talk(unit, "epon", ("rate 0 1 100", ""),               # says nothing, status 0
                        ("rate 0 2 100", Bad("2")))          # refuses this word
@@ -60,6 +60,39 @@ HELP = {  # command: least words behind it, help text; in listing order
         "setwanport": (2, "setwanport <portId: 0-3> <iswan: 0|1,0-disable 1-enable>: set wan port"),
         "showwanport": (0, "getwanport: get wan port status for ethwan"),
         "reset": (0, "reset <xfi port index,default is 5>: reset xfi port"),
+    },
+    "mirror": {name: (0, f"mirror {name}: mirrored port is pon0, mirror port is eth0") for name in ("enable", "disable")},
+    "image": {
+        "check": (0, "check the dev name of current active image mtd"),
+        "switch": (0, "switch to another image mtd(Main or Slave image mtd)"),
+    },
+    "voice": {
+        "debug": (0, "debug <level 1|2|3|4> <filename:/userconfig/config/voicelog>: change voice log level"),
+        "show": (0, "show : show voice tr104 parameters"),
+        "update1": (1, "update : update register status"),
+        "update2": (1, "update : update call status"),
+        "update3": (1, "update : update ims feature"),
+        "update4": (1, "update : update call statistics"),
+        "update5": (1, "update : update poor quality"),
+        "calltest": (1, "calltest number : do calltest"),
+        "update6": (1, "update : update simulation"),
+        "register": (1, "register : send register"),
+        "unregister": (1, "unregister : send de-register"),
+        "omcilinestatus": (1, "linestatus : G.988 9.9.11"),
+        "omcicallcontrol": (1, "call control : G.988 9.9.12"),
+        "omcicallcontrolReset": (1, "call control Reset: G.988 9.9.12"),
+        "omcisipagent": (1, "sip agent :  G.988 9.9.14"),
+        "omcicallinitiation": (1, "call initiation :  G.988 9.9.15"),
+        "ring": (2, "ring [on|off] [0|1|2]"),
+        "test": (1, "test [on|off]"),
+    },
+    "consoleRedir": {name: (0, f"{verb} console redirect to current telnet") for name, verb in (("on", "enable"), ("off", "disable"))},
+    "dnsmasq": {
+        "log": (1, "enable/disable dnsmasq log output to console"),
+        "dump": (0, "dump dnsmasq cache info"),
+        "dump_ipset": (0, "dump vx ipset list"),
+        "flush_ipset": (0, "flush vx ipset list"),
+        "reload_ipset": (0, "reload vx ipset list"),
     },
 }
 

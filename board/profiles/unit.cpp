@@ -68,6 +68,7 @@ static constexpr const char *single_family_leds[] = {"pwr_led", "pon_led", "los_
 // Numbers 14 and 15 are the PON and the CPU. The home gateway's 10G port is not brought out.
 static constexpr const char *home_gateway_ports[] = {"port0", "port1", "port2",  "port3",
                                                      "port4", "port5", "port14", "port15"};
+static constexpr const char *home_gateway_phone_lines[] = {"line0", "line1"};
 static constexpr const char *single_family_ports[] = {"port0", "port14", "port15"};
 
 constinit const unit_kind home_gateway = {.prefix = "",
@@ -77,7 +78,8 @@ constinit const unit_kind home_gateway = {.prefix = "",
                                           .tconts = "32\n",
                                           .eth_ports = "5\n",
                                           .ports = home_gateway_ports,
-                                          .mac_table_size = "16384\n"};
+                                          .mac_table_size = "16384\n",
+                                          .phone_lines = home_gateway_phone_lines};
 constinit const unit_kind single_family_unit = {.prefix = "sfu-",
                                                 .fields = single_family_fields,
                                                 .serials = single_family_serials,
@@ -85,7 +87,8 @@ constinit const unit_kind single_family_unit = {.prefix = "sfu-",
                                                 .tconts = "16\n",
                                                 .eth_ports = "1\n",
                                                 .ports = single_family_ports,
-                                                .mac_table_size = "2048\n"};
+                                                .mac_table_size = "2048\n",
+                                                .phone_lines = {}};
 
 static void print_fields(std::span<const unit_field> fields, FILE *file) {
     for (const unit_field &field : fields) {

@@ -19,6 +19,7 @@ struct unit_kind {
     const char *eth_ports;              // how many
     std::span<const char *const> ports; // of the switch: the directories
     const char *mac_table_size;         // entries, of each port
+    std::span<const char *const> phone_lines;
 };
 
 extern const unit_kind home_gateway;

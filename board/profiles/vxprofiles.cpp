@@ -209,6 +209,22 @@ static void make_switch(const unit_kind &kind) {
     leave();
 }
 
+static constexpr attribute voice_attributes[] = {{"log_level", "1\n"}, {"log_file", "\n"}};
+static constexpr attribute line_attributes[] = {{"registered", "1\n"}, {"ringing", "0\n"},  {"in_test", "0\n"},
+                                                {"dialled", "\n"},     {"refreshed", "\n"}, {"reported", "\n"}};
+
+static void make_voice(const unit_kind &kind) {
+    make_attributes("voice", voice_attributes);
+    enter("voice");
+    for (const char *line : kind.phone_lines) {
+        make_attributes(line, line_attributes);
+    }
+    leave();
+}
+
+// Nothing is redirected, and nothing was written to it.
+static constexpr attribute console_attributes[] = {{"redirect", "\n"}, {"output", ""}};
+
 static constexpr attribute sys_attributes[] = {{"fw_version", "V5.2.1R3\n"},
                                                {"boot_version", "V2.0.4\n"},
                                                {"main_image", "image0\n"},
@@ -322,6 +338,8 @@ static void make_profile(const profile &made) {
     make_leds(made.kind);
     make_pon(made);
     make_switch(made.kind);
+    make_voice(made.kind);
+    make_attributes("console", console_attributes);
     make_attributes("sys", sys_attributes);
     make_platform(made.kind);
     make_attributes("serdes", serdes_attributes);
