@@ -14,27 +14,31 @@ _QUEUES = ("[sp|wrr|spwrr] " + " ".join(f"[wrr{i}]" for i in range(8)) + " " + "
 _RATE, _ENABLE = "[en:0|1] [0-1024000:rate(kbps)] : get/set", "<0|1> : disable/enable"
 _PROTO = "[dhcpbcast|arp|icmpv4|icmpv6|igmp|mld|pppoe|tcpack|mcast|tcpsyn|ieee1905|show]"
 _CPU = "cpumac <mac: xx:xx:xx:xx:xx:xx> <ipv4: xxx.xxx.xxx.xxx|ipv6 xxxx:xxxx::xxxx> <iswan: 0|1|2,0-lan 1-wan 2-tr069>"
+_PON = {name: (1, f"{name} {_ENABLE} {name}") for name in ("tx", "rx")}
+
+
+def _numbered(kind, place):
+    return {
+        "rogue": (1, f"rogue {_ENABLE} rogue onu"),
+        "qos": (1, f"qos {place} {_QUEUES}"),
+        "rate": (1, f"rate {place} {_RATE} {kind} rate limit"),
+        "qrate": (2, f"qrate {place} <queueId:0-7> {_RATE} queue rate limit"),
+    }
+
+
 HELP = {  # command: least words behind it, help text; in listing order
     "epon": {
-        "tx": (1, f"tx {_ENABLE} tx"),
-        "rx": (1, f"rx {_ENABLE} rx"),
+        **_PON,
         "status": (0, "status : get current status"),
         "stats": (0, "stats : get statistics"),
-        "rogue": (1, f"rogue {_ENABLE} rogue onu"),
-        "qos": (1, f"qos <llid:0-7> {_QUEUES}"),
-        "rate": (1, f"rate <llid:0-7> {_RATE} llid rate limit"),
-        "qrate": (2, f"qrate <llid:0-7> <queueId:0-7> {_RATE} queue rate limit"),
+        **_numbered("llid", "<llid:0-7>"),
     },
     "gpon": {
-        "tx": (1, f"tx {_ENABLE} tx"),
-        "rx": (1, f"rx {_ENABLE} rx"),
+        **_PON,
         "state": (0, "state [1|7] : get/set gpon state"),
         "status": (0, "status  : get gpon status"),
         "stats": (0, "stats  : get gpon statistics"),
-        "rogue": (1, f"rogue {_ENABLE} rogue onu"),
-        "qos": (1, f"qos <tcont> {_QUEUES}"),
-        "rate": (1, f"rate <tcont> {_RATE} tcont rate limit"),
-        "qrate": (2, f"qrate <tcont> <queueId:0-7> {_RATE} queue rate limit"),
+        **_numbered("tcont", "<tcont>"),
     },
     "switch": {
         "addcpumac": (3, f"add{_CPU} <sport:-1 ingore> <dport:-1 ingore>: add cpu mac"),

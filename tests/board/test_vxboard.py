@@ -21,21 +21,14 @@ def view(request, environment, monkeypatch):
 
 
 @pytest.mark.parametrize("words, says", [
-    ([], '"vxboard --help"'),
     (["fly"], 'no subcommand "fly"'),
-    (["new"], "vxboard new PROFILE DIR"),
     (["new", "ux9", "B"], 'no profile "ux9"; there are: '),
     (["new", "../profiles/ux3361", "B"], "no profile"),
     (["new", "ux3361", "full"], "full exists and is not an empty directory"),
-    (["new", "ux3361", "full/file"], "exists and is not an empty directory"),
     (["new", "ux3361", "no/where"], "make it first"),
-    (["run"], "vxboard run DIR COMMAND"),
     (["run", "none", "true"], "no board at none: make one with"),
-    (["run", "full", "true"], "full is not a board"),
     (["run", "--fast", "full", "true"], "no option --fast"),
-    (["run", "made"], "a command after the board"),
     (["run", "made", "--"], "a command after the board"),
-    (["shell"], "vxboard shell DIR"),
     (["power-cycle", "full"], "full is not a board"),
     (["power-cycle", "linked"], "linked is not a board"),
 ])
@@ -49,32 +42,19 @@ def test_errors_are_one_line_and_change_nothing(environment, tmp_path, monkeypat
     (tmp_path / "linked/unit/tmp").symlink_to(tmp_path / "full")
     before = sorted(tmp_path.rglob("*"))
     status, out, err = execute(VXBOARD, *words)
-    assert (status, out) == (2, "")
-    assert err.startswith("vxboard: ") and says in err and err.count("\n") == 1
-    assert sorted(tmp_path.rglob("*")) == before
-    assert (tmp_path / "full" / "file").read_text() == "kept"
-
-
-@pytest.mark.parametrize("words", [[], ["new"], ["run"], ["shell"], ["power-cycle"]])
-def test_help(environment, words):
-    status, out, err = execute(VXBOARD, *words, "--help")
-    assert (status, err) == (0, "") and " ".join(["usage: vxboard", *words]) in out
+    assert (status, out) == (2, "") and err.startswith("vxboard: ") and says in err and err.count("\n") == 1
+    assert sorted(tmp_path.rglob("*")) == before and (tmp_path / "full" / "file").read_text() == "kept"
 
 
 @pytest.mark.parametrize("script, expected", [
-    ("exit 7", (7, "")),
     ("kill -KILL $$", (128 + signal.SIGKILL, "")),
-    ("cat", (0, "from the caller")),
-    ("pwd", (0, "/\n")),  # tests run in a directory under /tmp or so, which the view hides
-    ("echo $VXBOARD; cat $VXBOARD/i2c/1/chip", (0, "/.vxboard/board\nUX3361\n")),
-    ("for p in vxcli vxboard; do command -v $p; done", (0, "/.vxboard/bin/vxcli\n/.vxboard/bin/vxboard\n")),
+    ("cat; exit 7", (7, "from the caller")),
+    ("pwd; echo $VXBOARD; command -v vxcli", (0, "/\n/.vxboard/board\n/.vxboard/bin/vxcli\n")),  # the view hides the caller's
     # What the view replaces is the board's, also for the newer system calls (statx, faccessat2).
     ("echo data >/var/f; stat -c %s /var/f; test -r /var/f; echo $?; ls -l /var | wc -l", (0, "5\n0\n2\n")),
     ("mv /etc/passwd /tmp/a && cp /tmp/a /userconfig/b && ls /tmp /userconfig/b", (0, "/userconfig/b\n\n/tmp:\na\n")),
-    ("echo 1 >/lib/firmware/f; cat /lib/firmware/f /proc/bus/pci/devices; ls /lib/firmware /proc/bus/pci",
-     (0, "1\n/lib/firmware:\nf\n\n/proc/bus/pci:\ndevices\n")),
+    ("echo 1 >/lib/firmware/f; cat /lib/firmware/f; ls /proc/bus/pci", (0, "1\ndevices\n")),
     ("cat /sys/class/leds/pwr_led/trigger /sys/class/mem/null/dev", (0, "none\n1:3\n")),  # the board's beside the host's
-    ("echo >/dev/null; awk 'BEGIN {print 7}'", (0, "7\n")),
     ("exec env -i /usr/bin/printf %s ok", (0, "ok")),
 ])
 def test_run(view, board, tmp_path, monkeypatch, script, expected):
@@ -87,11 +67,6 @@ def test_command_that_cannot_run(view, board):
     unit = board("ux3361")
     assert unit.run("no-such-command", stderr=None).status == 127
     assert unit.run("/etc", stderr=None).status == 126
-
-
-def test_start_directory_that_the_view_shows(view, board, monkeypatch):
-    monkeypatch.chdir("/usr/lib")
-    assert board("ux3361").run("pwd").out == "/usr/lib\n"
 
 
 def test_boards_do_not_touch_each_other(view, board):
@@ -109,9 +84,8 @@ def test_boards_do_not_touch_each_other(view, board):
 def test_background_outlives_the_command(view, board):
     unit = board("ux3361")
     script = "(while [ ! -e /tmp/go ]; do sleep 0.01; done; echo late >/var/late; exit 9) >/dev/null 2>&1 & exit 3"
-    with open(os.devnull, "w") as nowhere:  # a pipe of ours would stay open until all have ended
-        status = subprocess.run([VXBOARD, "run", unit.path, "sh", "-c", script], stdout=nowhere, stderr=nowhere,
-                                timeout=60).returncode
+    status = subprocess.run([VXBOARD, "run", unit.path, "sh", "-c", script], stdout=subprocess.DEVNULL,
+                            stderr=subprocess.DEVNULL, timeout=60).returncode  # a pipe would stay open until all ended
     assert status == 3 and not unit.unit("var/late").exists()
     unit.unit("tmp/go").touch()
     deadline = time.monotonic() + 60
@@ -130,21 +104,11 @@ def test_interrupt_is_left_to_the_command(view, board):
     assert process.wait(timeout=60) == 33
 
 
-def test_no_wait(view, board):
-    unit = board("ux3361")
-    unit.trace()
-    begin = time.monotonic()
-    out = unit.sh("date +%s; sleep 1000; date +%s").out.split()
-    assert time.monotonic() - begin < 100
-    assert int(out[1]) - int(out[0]) == 1000
-    assert [line.fields for line in unit.trace() if line.kind == "wait"] == [["1000000000"]]
-
-
 def pages(unit):
     return {page.name: page.read_bytes() for page in (unit.path / "i2c/1").glob("*.bin")}
 
 
-@pytest.mark.parametrize("profile, eeprom", [("ux3361", False), ("ux3361-eeprom", True), ("gn28l95", False)])
+@pytest.mark.parametrize("profile, eeprom", [("ux3361", False), ("ux3361-eeprom", True)])
 def test_power_cycle(board, profile, eeprom):
     unit = board(profile)
     bus = unit.path / "i2c/1"
@@ -156,11 +120,8 @@ def test_power_cycle(board, profile, eeprom):
     (bus / "busy").write_text("99999999999.0\n")
     changed = pages(unit)
     unit.power_cycle()
-    if eeprom:
-        low = changed["a2_low.bin"]
-        expected = changed | {"a2_low.bin": low[:0x60] + at_reset["a2_low.bin"][0x60:]}
-    else:
-        expected = changed | at_reset
+    low = changed["a2_low.bin"][:0x60] + at_reset["a2_low.bin"][0x60:]
+    expected = changed | ({"a2_low.bin": low} if eeprom else at_reset)
     assert pages(unit) == expected
     assert (bus / "table").read_text() == "0\n" and not (bus / "busy").exists()
     assert [list(unit.unit(name).iterdir()) for name in ("var", "tmp")] == [[], []]

@@ -13,52 +13,44 @@ NO_LENGTH, BAD_LENGTH, LONG = "Please specify data length.", "Length invalid.", 
 NO_DATA, BAD_DATA, MISMATCH = "Please specify data.", "Data value invalid.", "Data number is not match legth."
 EXTRA = "Invalid command."
 
-DEVICES = {"": NO_DEVICE, "''": BAD_DEVICE, "abc": BAD_DEVICE, "0x": BAD_DEVICE, "0x51g": BAD_DEVICE, "'0x51 '": BAD_DEVICE,
-           "081": BAD_DEVICE, "- 0": BAD_DEVICE}
-REGISTERS = {"": NO_REG, "''": BAD_REG, "x": BAD_REG, "0x7fz": BAD_REG, "256": BAD_REG, "-1": BAD_REG, "0400": BAD_REG,
-             "99999999999999999999": BAD_REG, "1 2 3 4": None}
-LENGTHS = {"": NO_LENGTH, "''": BAD_LENGTH, "4x": BAD_LENGTH, "7": LONG, "-1": LONG, "0xffff": LONG, "1 1 1": None}
-DATA = {"''": BAD_DATA, "x": BAD_DATA, "1x": BAD_DATA, "256": BAD_DATA, "-1": BAD_DATA, "0x100": BAD_DATA,
-        "4294967295": BAD_DATA, "99999999999999999999": BAD_DATA, "-2": NO_CHIP, "-256": NO_CHIP, "255": NO_CHIP,
-        "0377": NO_CHIP}
+# What makes a number is the unit tests' business: here each word's own rule and message.
+# What makes a number is the unit tests' business: here each word's own rule and message.
+DEVICES = {"": NO_DEVICE, "''": BAD_DEVICE, "0x51g": BAD_DEVICE}
+REGISTERS = {"": NO_REG, "''": BAD_REG, "0x7fz": BAD_REG, "256": BAD_REG, "-1": BAD_REG}
+LENGTHS = {"": NO_LENGTH, "''": BAD_LENGTH, "7": LONG, "-1": LONG, "0xffff": LONG}
+DATA = {"''": BAD_DATA, "1x": BAD_DATA, "256": BAD_DATA, "-1": BAD_DATA, "4294967295": BAD_DATA,
+        "-2": NO_CHIP, "-256": NO_CHIP, "255": NO_CHIP}
 
 
 def bad(command, prefix, words):
-    return {f"{command} {prefix} {word}": message for word, message in words.items() if message}
+    return {f"{command} {prefix} {word}": message for word, message in words.items()}
 
 
 ARGUMENTS = {
     **bad("read_reg", "", DEVICES), **bad("write_reg", "", DEVICES),
     **bad("read_regs", "", DEVICES), **bad("write_regs", "", DEVICES),
-    **{f"{command} {device} 0": OTHER_DEVICE for command in ("read_reg", "write_reg")
-       for device in ("0x52", "0", "-1", "1000000", "0x55", "0xaa", "0x58", "0xb7")},
-    **{f"{command} {device} 0 1": OTHER_RUN_DEVICE for command in ("read_regs", "write_regs")
-       for device in ("0x52", "0", "0xa1", "161", "-1")},
+    **{f"{command} {device} 0": OTHER_DEVICE for command in ("read_reg", "write_reg") for device in ("0x52", "-1", "0x55")},
+    **{f"{command} 161 0 1": OTHER_RUN_DEVICE for command in ("read_regs", "write_regs")},
     **bad("read_reg", "0x51", REGISTERS), **bad("write_reg", "0x50", REGISTERS),
     **bad("read_regs", "162", REGISTERS), **bad("write_regs", "160", REGISTERS),
     **bad("read_regs", "0x51 250", LENGTHS), **bad("write_regs", "0x51 250", LENGTHS),
     **bad("write_reg", "0x51 0", {"": NO_DATA, **DATA}), **bad("write_regs", "0x51 0 1", DATA),
-    **bad("write_regs", "0x51 0 3 1 2", DATA),
     # The first failing word decides, whatever comes behind it.
-    "read_reg 0x52 999 x y": OTHER_DEVICE, "read_reg 0x51 999 x": BAD_REG, "read_reg 0x51 1 x": EXTRA,
-    "write_reg 0x51 1 999 x": BAD_DATA, "write_reg 0x51 1 2 ''": EXTRA, "write_regs 0x51 0 2 999": MISMATCH,
-    "read_regs 0x51 0 257": LONG, "read_regs 0x51 0 256 x": EXTRA, "read_regs 0x51 1 256": LONG,
-    "write_regs 0x51 0x80 2 1": MISMATCH, "write_regs 0x51 0x80 2 1 2 3": MISMATCH, "write_regs 0x51 0x80 0 1": MISMATCH,
-    "write_regs 0x51 0 256 " + "7 " * 255: MISMATCH, "write_regs 0x51 0 256 " + "7 " * 256: NO_CHIP,
-    "write_regs 0x51 0 256 " + "7 " * 255 + "256": BAD_DATA, "write_regs 0x51 0 2 256 x": BAD_DATA,
-    **{f"read_reg {device} 255": NO_CHIP for device in ("0x50", "0x51", "160", "162", "0xa0", "0xA2", "0121", "80")},
-    **{f"{command} {device} 255 0": NO_CHIP for command in ("read_regs", "write_regs")
-       for device in ("0x50", "81", "160", "162", "0x55", "0xaa", "0x58", "0xb7")},
+    "read_reg 0x52 999 x y": OTHER_DEVICE, "read_reg 0x51 1 x": EXTRA, "write_reg 0x51 1 999 x": BAD_DATA,
+    "write_regs 0x51 0 2 999": MISMATCH, "read_regs 0x51 0 257": LONG, "read_regs 0x51 0 256 x": EXTRA,
+    "write_regs 0x51 0x80 2 1 2 3": MISMATCH, "write_regs 0x51 0 256 " + "7 " * 255: MISMATCH,
+    "write_regs 0x51 0 256 " + "7 " * 256: NO_CHIP, "write_regs 0x51 0 256 " + "7 " * 255 + "256": BAD_DATA,
+    **{f"read_reg {device} 255": NO_CHIP for device in ("0x50", "0x51", "160", "0xA2")},
+    **{f"{command} {device} 255 0": NO_CHIP for command in ("read_regs", "write_regs") for device in ("81", "160", "0x55", "0xaa")},
     # Only the low 16 bits of a length count.
-    "read_regs 0x51 250 6": NO_CHIP, "read_regs 0x51 250 0x10006": NO_CHIP, "write_regs 0x51 0 65537 5": NO_CHIP,
+    "read_regs 0x51 250 0x10006": NO_CHIP, "write_regs 0x51 0 65537 5": NO_CHIP,
 }
 
 
 def test_arguments(board):
     unit = board("ux3361")
     unit.trace()
-    results = answers(unit, list(ARGUMENTS))
-    assert {words: result for words, result in zip(ARGUMENTS, results)} == {
+    assert dict(zip(ARGUMENTS, answers(unit, list(ARGUMENTS)))) == {
         words: (1, f"{message}\n{FAIL}") for words, message in ARGUMENTS.items()}
     assert unit.trace() == []
 
@@ -85,20 +77,16 @@ def test_reading_the_chip(board):
     a2 = (unit.path / "i2c/1/a2_low.bin").read_bytes()
     a0 = bytes(range(200, 240)) + bytes(216)
     (unit.path / "i2c/1/a0.bin").write_bytes(a0)
-    run = "".join(f"0x{byte:02x} " for byte in a2[0x60:0x70])
-    assert answers(unit, ["read_reg 0x51 0x60", "read_reg 162 97", "read_reg 0xA0 02", "read_regs 0x51 0x60 16",
-                          "read_regs 160 0 3", "read_regs 0x51 0x10 0", "read_regs 0x50 0 256", "read_regs 0x55 1 1"]) == [
-        (0, f"Bob chip_type: UX3361\nvxcli bob read_reg 0x51 0x60 {a2[0x60]}\n"),
+    assert answers(unit, ["read_reg 162 97", "read_reg 0xA0 02", "read_regs 160 0 3", "read_regs 0x51 0x10 0",
+                          "read_regs 0x50 0 256", "read_regs 0x55 1 1"]) == [
         (0, f"Bob chip_type: UX3361\nvxcli bob read_reg 162 97 {a2[97]}\n"),
         (0, "Bob chip_type: UX3361\nvxcli bob read_reg 0xA0 02 202\n"),
-        (0, f"Bob chip_type: UX3361\nvxcli bob read_regs 0x51 0x60 {run}\n"),
         (0, "Bob chip_type: UX3361\nvxcli bob read_regs 160 0 0xc8 0xc9 0xca \n"),
         (0, "Bob chip_type: UX3361\nvxcli bob read_regs 0x51 0x10 \n"),
         (0, "Bob chip_type: UX3361\nvxcli bob read_regs 0x50 0 " + "".join(f"0x{byte:02x} " for byte in a0) + "\n"),
         (0, "vxcli bob read_regs fail\n")]
     assert list(seen(unit)) == [f"1 read {transfer}" for transfer in (
-        "0x51 0x60 1 ok", "0x51 0x61 1 ok", "0x50 0x02 1 ok", "0x51 0x60 16 ok", "0x50 0x00 3 ok", "0x51 0x10 0 ok",
-        "0x50 0x00 256 ok", "0x55 0x01 1 nak")]
+        "0x51 0x61 1 ok", "0x50 0x02 1 ok", "0x50 0x00 3 ok", "0x51 0x10 0 ok", "0x50 0x00 256 ok", "0x55 0x01 1 nak")]
 
 
 def test_writing_one_register(board):
@@ -114,30 +102,23 @@ def test_writing_one_register(board):
 @pytest.mark.parametrize("profile, chip_type, pieces, wait", [
     ("ux3361", 2, (4, 16), 5000), ("ux3365", 11, (4, 16), 5000), ("ux3362s", 9, (4, 16), 5000), ("ux3320s", 3, (4, 16), 5000),
     ("ux3320", 0, (20,), 0), ("gn28l95", 6, (4, 8, 8), 0), ("gn25l95d", 5, (4, 8, 8), 0), ("gn28l96", 8, (4, 8, 8), 0),
-    ("ux3361", 7, (), 0), ("ux3361", 14, (), 0), ("ux3361", 12, (), 0), ("ux3361", 10, (), 0), ("ux3361", 13, (), 0),
+    *[("ux3361", number, (), 0) for number in (7, 10, 12, 13, 14)],
 ])
 def test_writing_a_run(board, profile, chip_type, pieces, wait):
     """20 registers from 0x1c, which is 4 before a page's end; pieces of whole pages or up to a page's end, and the waits."""
     unit = prepared(board, profile, chip_type)
     data = list(range(100, 120))
     status, out = answers(unit, ["write_regs 0x51 0x1c 20 " + " ".join(map(str, data))])[0]
-    name, ok, duration = out.splitlines()
-    assert (status, name[:15], ok) == (0, "Bob chip_type: ", "vxcli bob write_regs OK")
+    assert status == 0 and out.endswith(
+        f"vxcli bob write_regs OK\nvxcli bob write_regs duration: {len(pieces) * wait / 1e6:.6f}\n")
     expected, place = [], 0
     for piece in pieces:
         expected += [write(0x1C + place, data[place:place + piece])] + [f"wait {wait}"] * (wait > 0)
         place += piece
     assert list(seen(unit)) == expected
-    assert duration == f"vxcli bob write_regs duration: {len(pieces) * wait / 1e6:.6f}"
     if pieces:
         assert (unit.path / "i2c/1/a2_low.bin").read_bytes()[0x1C:0x30] == bytes(data)
-
-
-def test_writing_nothing(board):
-    for profile, transfers in (("ux3320", [write(5, [])]), ("ux3361", [write(5, [])]), ("gn28l95", [write(5, [])])):
-        unit = prepared(board, profile)
-        assert answers(unit, ["write_regs 0x51 5 0"])[0][0] == 0
-        assert list(seen(unit)) == transfers
+        assert answers(unit, ["write_regs 0x51 5 0"])[0][0] == 0 and list(seen(unit)) == [write(5, [])]
 
 
 @pytest.mark.parametrize("profile", ["ux3361", "gn28l97b"])
@@ -148,11 +129,10 @@ def test_transfers_that_fail(board, profile):
     unit.fault("libvx_ponApi_i2cWrite times=1")
     unit.fault("libvx_ponApi_i2cWrite reg=0x90")
     unit.fault("libvx_ponApi_i2cWrite reg=0x7f")
-    run = "0x8e 20 " + "1 " * 20
-    assert answers(unit, ["read_reg 0x51 0", "read_regs 0x51 0 4", "write_reg 0x51 0 1", "write_regs 0x51 " + run,
-                          "table_sel 0"]) == [
-        (0, "vxcli bob read_reg fail.\n"), (0, "vxcli bob read_regs fail\n"), (0, "vxcli bob write_reg fail\n"),
-        (0, "vxcli bob write_regs fail\n"), (0, "vxcli bob table_sel fail\n")]
+    assert answers(unit, ["read_reg 0x51 0", "read_regs 0x51 0 4", "write_reg 0x51 0 1",
+                          "write_regs 0x51 0x8e 20 " + "1 " * 20, "table_sel 0"]) == [
+        (0, f"vxcli bob {text}\n") for text in ("read_reg fail.", "read_regs fail", "write_reg fail", "write_regs fail",
+                                                "table_sel fail")]
     writes = [line.split()[3:6] for line in seen(unit) if " write " in line]
     assert writes == [["0x00", "1", "fault"], ["0x8e", "2", "ok"], ["0x90", "16" if profile == "ux3361" else "8", "fault"],
                       ["0x7f", "1", "fault"]]
@@ -160,21 +140,16 @@ def test_transfers_that_fail(board, profile):
 
 # ---- the A0 shadow file ----
 
-SHADOWED = ["gn25l95", "gn28l97b", "gn25l95d", "gn28l95", "gn28l96"]
-
-
-@pytest.mark.parametrize("profile", SHADOWED)
+@pytest.mark.parametrize("profile", [profile for profile, chip in CHIPS.items() if chip.gn])
 def test_shadowed_a0(board, profile):
     unit = prepared(board, profile)
     name = f"Bob chip_type: {CHIPS[profile].name}\n"
     shadow = unit.unit(A0_SHADOW[1:])
     shadow.write_bytes(bytes(range(256)) + b"tail")
-    assert answers(unit, ["read_reg 0xa0 0x14", "read_regs 160 250 6", "write_reg 0x50 255 7",
-                          "write_regs 0x50 0xc 3 9 8 -7", "read_regs 0x50 10 6", "read_regs 0x50 0 0"]) == [
-        (0, name + "vxcli bob read_reg 0xa0 0x14 20\n"), (0, name + "vxcli bob read_regs 160 250 250 251 252 253 254 255 \n"),
-        (0, name + "vxcli bob write_reg OK\n"),
+    assert answers(unit, ["read_regs 160 250 6", "write_reg 0x50 255 7", "write_regs 0x50 0xc 3 9 8 -7", "read_reg 0x50 14"]) == [
+        (0, name + "vxcli bob read_regs 160 250 250 251 252 253 254 255 \n"), (0, name + "vxcli bob write_reg OK\n"),
         (0, name + "vxcli bob write_regs OK\nvxcli bob write_regs duration: 0.000000\n"),
-        (0, name + "vxcli bob read_regs 0x50 10 10 11 9 8 249 15 \n"), (0, name + "vxcli bob read_regs 0x50 0 \n")]
+        (0, name + "vxcli bob read_reg 0x50 14 249\n")]
     assert shadow.read_bytes() == bytes(range(12)) + b"\x09\x08\xf9" + bytes(range(15, 255)) + b"\x07tail"
     assert list(seen(unit)) == []
 
@@ -188,16 +163,13 @@ def test_shadow_file_missing_short_or_a_directory(board):
     read_fail, run_fail = "vxcli bob read_reg fail.\n", "vxcli bob read_regs fail.\n"
     assert answers(unit, [read, run]) == [(0, no_file + read_fail), (0, no_file + run_fail)]
     # A first write makes a file of just its bytes.
-    assert answers(unit, ["write_regs 0x50 200 2 1 2"])[0][1].startswith("Bob chip_type: GN28L95\nvxcli bob write_regs OK\n")
+    answers(unit, ["write_regs 0x50 200 2 1 2"])
     assert shadow.read_bytes() == b"\x01\x02"
-    assert answers(unit, [read, run, "write_reg 0x50 3 1", "write_regs 0x50 3 1 1"]) == [
-        (0, short % 2 + read_fail), (0, short % 2 + run_fail), (0, short % 2 + "vxcli bob write_reg fail\n"),
-        (0, short % 2 + "vxcli bob write_regs fail\n")]
-    shadow.write_bytes(bytes(255))
-    assert answers(unit, [read]) == [(0, short % 255 + read_fail)]
+    assert answers(unit, [read, run, "write_regs 0x50 3 1 1"]) == [
+        (0, short % 2 + read_fail), (0, short % 2 + run_fail), (0, short % 2 + "vxcli bob write_regs fail\n")]
     shadow.unlink()
     shadow.mkdir()
-    assert answers(unit, [read, "write_reg 0x50 3 1"]) == [(0, no_file + read_fail), (0, no_file + "vxcli bob write_reg fail\n")]
+    assert answers(unit, ["write_reg 0x50 3 1"]) == [(0, no_file + "vxcli bob write_reg fail\n")]
     assert list(seen(unit)) == []
 
 
@@ -211,32 +183,3 @@ def test_a0_in_the_chip(board, profile, e2prom):
     assert list(seen(unit)) == expected[profile[:2]] + ["1 read 0x50 0x07 3 ok"]
     assert (unit.path / "i2c/1/a0.bin").read_bytes()[7:10] == b"\x01\x02\x03"
     assert not unit.unit(A0_SHADOW[1:]).exists()
-
-
-# ---- table_sel ----
-
-TABLES = {
-    (0, 1, 3, 5): ([0, 2, 3, 4, 5, 6], "0,2,3,4,5,6"),
-    (2, 9, 11): ([0, *range(128, 136)], "0,128,129,130,131,132,133,134,135"),
-    (4, 8): ([0, *range(128, 135), 255], "0,128,129,130,131,132,133,134,255"),
-    (6,): ([0, 2, *range(4, 11)], "0,2,4,5,6,7,8,9,10"),
-    (7, 10, 12, 13, 14): (None, ""),
-}
-
-
-@pytest.mark.parametrize("types, accepted, listed", [(types, *rule) for types, rule in TABLES.items()])
-def test_table_sel(board, types, accepted, listed):
-    unit = prepared(board, "ux3320", types[0])
-    numbers = [*range(0, 12), *range(126, 138), 254, 255, 256, 300, -1]
-    for chip_type in types:
-        unit.unit("var/bob_chip_type").write_text(f"{chip_type}\n")
-        good = [number for number in numbers if accepted is None or number in accepted]
-        ok, no = (0, "vxcli bob table_sel OK\n"), (1, f"table must be {listed}\n" + FAIL)
-        assert answers(unit, [f"table_sel {number}" for number in numbers]) == [
-            ok if number in good else no for number in numbers]
-        values = [3 if chip_type == 0 and number == 2 else number % 256 for number in good]
-        assert list(seen(unit)) == [write(0x7F, [value]) for value in values]
-    invalid, extra = (1, "table invalid.\n" + FAIL), (1, "Invalid command.\n" + FAIL)
-    assert answers(unit, ["table_sel", "table_sel 0 0", "table_sel ''", "table_sel 0x", "table_sel 3t"]) == [
-        extra, extra, invalid, invalid, invalid]
-    assert list(seen(unit)) == []

@@ -30,26 +30,22 @@ def attribute(unit, name, value=None):
 
 def test_words(board):
     unit = prepared(board, "ux3361")
-    rows = {**{words: USAGE for words in ("prbs_set", "prbs_set 1 2", "prbs_set_rxtx", "prbs_set_rxtx 1 2", "-sprbsrxbist",
-                                          "-sprbsrxbist 1", "-sprbsrxtxbist 1 1 1", "-gprbscounter", "-gprbscounter 1 1",
-                                          "-prbscounter_show 1")},
+    rows = {**{words: USAGE for words in ("prbs_set", "prbs_set_rxtx 1 2", "-sprbsrxbist 1", "-sprbsrxtxbist 1 1 1",
+                                          "-gprbscounter", "-prbscounter_show 1")},
             "prbs_set ''": "prbs_txset prbs_mode invalid. ex: 0, 1, 2, 3, 4, 5, 6\n" + USAGE,
             "prbs_set_rxtx ''": "prbs_RXTXset prbs_mode invalid. ex: 1, 2, 3, 4, 5, 6\n" + USAGE}
     for command in ("-sprbsrxbist", "-sprbsrxtxbist"):
-        rows |= {f"{command} {mode} 1": MODE + USAGE for mode in ("0", "7", "-1", "1x", "''")}
-        rows |= {f"{command} 1 {enable}": ENABLE + USAGE for enable in ("''", "x", "1x")}
-    rows |= {f"-gprbscounter {seconds}": NAME + SECONDS + USAGE for seconds in ("0", "31", "-1", "''", "5s")}
+        rows |= {f"{command} 0 1": MODE + USAGE, f"{command} 7 1": MODE + USAGE, f"{command} 1 1x": ENABLE + USAGE}
+    rows |= {f"-gprbscounter {seconds}": NAME + SECONDS + USAGE for seconds in ("0", "31", "5s")}
     unit.trace()
     assert answers(unit, list(rows)) == [(1, text + FAIL) for text in rows.values()]
     assert unit.trace() == []
 
 
-@pytest.mark.parametrize("words", EVERY)
-def test_without_a_node(board, words):
+def test_without_a_node(board):
     unit = prepared(board, "ux3361")
     (unit.path / "serdes").rename(unit.path / "no-serdes")
-    before, after = EVERY[words]
-    assert answers(unit, [words]) == [(1, before + NO_NODE + after + FAIL)]
+    assert answers(unit, list(EVERY)) == [(1, before + NO_NODE + after + FAIL) for before, after in EVERY.values()]
 
 
 @pytest.mark.parametrize("words, request_name, text", [
@@ -74,20 +70,16 @@ def test_a_driver_that_refuses(board, words, request_name, text):
 def test_settings(board):
     unit = prepared(board, "ux3361")
     for words, text, name, left in [
-        ("prbs_set 3", NAME + "vxcli bob prbs_set OK\n", "mode", "3"),
-        ("prbs_get", NAME + "vxcli bob prbs_get 3\n", "mode", "3"),
+        ("prbs_set 3", NAME + "vxcli bob prbs_set OK\n", "mode", "3"), ("prbs_get", NAME + "vxcli bob prbs_get 3\n", "mode", "3"),
         ("prbs_set_rxtx 6", "vxcli bob prbs_RXTX_set OK\n", "mode", "6"),
-        ("prbs_set 0", NAME + "vxcli bob prbs_set OK\n", "mode", "0"),
-        ("-sprbsrxbist 3 5", RX % (3, 1) + CLOSED, "bist", "3"),
-        ("-sprbsrxbist 0x3 0", RX % (3, 0) + CLOSED, "bist", "0"),
+        ("-sprbsrxbist 3 5", RX % (3, 1) + CLOSED, "bist", "3"), ("-sprbsrxbist 0x3 0", RX % (3, 0) + CLOSED, "bist", "0"),
         ("-sprbsrxtxbist 06 -1", RXTX % (6, 1) + CLOSED, "bist", "6"),
     ]:
         assert answers(unit, [words]) == [(0, text)]
         assert attribute(unit, name) == left
     # The driver judges the mode's text, not the tool.
-    for text in ("7", "abc", "1x", "-1", " 1"):
-        assert answers(unit, [f"prbs_set '{text}'"]) == [(1, NAME + "vxcli bob prbs_set fail\n" + FAIL)]
-    assert attribute(unit, "mode") == "0"
+    assert answers(unit, ["prbs_set 7", "prbs_set 1x"]) == [(1, NAME + "vxcli bob prbs_set fail\n" + FAIL)] * 2
+    assert attribute(unit, "mode") == "6"
 
 
 def test_unknown_chip(board):
@@ -115,12 +107,10 @@ def test_counting(board):
     assert answers(unit, ["-gprbscounter 30"]) == [(0, NAME + NOT_READY)]
 
 
-@pytest.mark.parametrize("count, text", [
-    (0x7FFFFFFE, "PrbsCounterGetHandler counter after timer = 2147483646\nVXGetPrbsCounters counter: 2147483646.\n"),
-    (0x7FFFFFFF, "VXGetPrbsCounters Error: Overflow detected\n"),
-    (0xFFFFFFFF, "VXGetPrbsCounters Error: Overflow detected\n"),
-])
-def test_counter_overflow(board, count, text):
+def test_counter_overflow(board):
     unit = board("ux3361")  # no chip type is needed
-    attribute(unit, "counter", count)
-    assert answers(unit, ["-prbscounter_show"]) == [(0, text)]
+    for count, text in [(2**31 - 2, "PrbsCounterGetHandler counter after timer = 2147483646\n"
+                                     "VXGetPrbsCounters counter: 2147483646.\n"),
+                        (2**31 - 1, "VXGetPrbsCounters Error: Overflow detected\n")]:
+        attribute(unit, "counter", count)
+        assert answers(unit, ["-prbscounter_show"]) == [(0, text)]

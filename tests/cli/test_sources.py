@@ -2,7 +2,6 @@
 image files of save and restore."""
 
 import os
-import re
 
 import pytest
 
@@ -25,35 +24,27 @@ def put(path, kind, chip, image):
     data, said = {
         "good": (image, None),
         "long": (image + b"tail" * 100, None),
-        "unreadable": (image, None if os.geteuid() == 0 else f"open file: {shown} fail!\n"),
         "short": (image[:-1], short % (chip.size - 1)),
         "empty": (b"", short % 0),
         "wrong": (image[:a2 + 0x5F] + bytes([wrong]) + image[a2 + 0x60:],
                   f"checksum A2.5Fh is not correct, should be [0x{image[a2 + 0x5F]:x}]; A2.5Fh=[0x{wrong:x}]\n"),
         "missing": (None, f"open file: {shown} fail!\n"),
         "directory": (None, f"open file: {shown} fail!\n"),
-        "dangling": (None, f"open file: {shown} fail!\n"),
     }[kind]
     if data is not None:
         path.write_bytes(data)
-    if kind == "unreadable":
-        path.chmod(0)
     if kind == "directory":
         path.mkdir()
-    if kind == "dangling":
-        path.symlink_to("nowhere/at/all")
     return said
 
 
 def contents(path):
-    return path.read_bytes() if path.is_file() and os.access(path, os.R_OK) else None
+    return path.read_bytes() if path.is_file() else None
 
 
-BAD = ["missing", "short", "empty", "wrong", "directory"]
-ALL = [("good", "missing"), ("good", "good"), ("good", "wrong"), ("long", "missing"), ("unreadable", "good"), ("dangling", "good"),
-       *[(bad, "good") for bad in BAD], ("short", "long"), ("missing", "unreadable"),
-       ("missing", "short"), ("wrong", "wrong"), ("short", "empty"), ("wrong", "missing"), ("missing", "dangling")]
-FEW = [("good", "missing"), ("short", "good"), ("wrong", "short"), ("empty", "wrong")]
+ALL = [("good", "missing"), ("good", "good"), ("good", "wrong"), ("long", "missing"), ("missing", "good"), ("empty", "good"),
+       ("wrong", "good"), ("directory", "good"), ("short", "long"), ("missing", "short"), ("wrong", "wrong"), ("wrong", "missing")]
+FEW = [("short", "good"), ("empty", "wrong")]
 
 
 @pytest.mark.parametrize("profile, working, backup", [
@@ -70,22 +61,17 @@ def test_each_source_fails_over_to_the_next(board, profile, working, backup):
     names = [WORKING, BACKUP, chip.default]
     out = "".join(f"{said[i]}bob:read data from {names[i]} fail.\n" for i in range(source))
     out = f"bob:BOSA Chip Type: {chip.name}.\n{out}bob:read data from {names[source]}\n"
-    cannot_save = working in ("directory", "dangling") or (working == "unreadable" and os.geteuid() != 0)
-    if source > 0 and cannot_save:
+    cannot_save = source > 0 and working == "directory"
+    if cannot_save:
         out += f"bob:open file: {WORKING} fail!\n"
-    cannot_copy = backup == "dangling" or (backup == "unreadable" and os.geteuid() != 0)
-    stderr = None if cannot_copy else ""  # cp says so
-    assert unit.run("vxcli", "bob", "init", stderr=stderr)[:2] == (0, out)
+    assert unit.run("vxcli", "bob", "init")[:2] == (0, out)
 
     used = images[source]
+    after = [used, before[1] if source == 1 else used, used]
     if source == 0:
         after = [before[0], before[0] if backup == "missing" else before[1], None]
     elif cannot_save:
-        after = [before[0], before[1], None]
-    else:
-        after = [used, before[1] if source == 1 else used, used]
-    if cannot_copy:
-        after[1] = before[1]
+        after = [*before, None]
     assert [contents(paths[0]), contents(paths[1]), stored(unit)] == after
     page = unit.unit(A0_SHADOW[1:]) if chip.gn else unit.path / "i2c/1/a0.bin"
     assert page.read_bytes()[:128] == section_of(chip, used, "a0_tab")[:128]
@@ -98,7 +84,7 @@ def test_the_store_refills_the_working_image(board):
     other, working = changed(chip, factory, 9), unit.unit(WORKING[1:])
     working.write_bytes(other)
     assert unit.run("vxcli_bus_steps", "save").out == "ok\n"
-    for kind in ("missing", "wrong", "good"):
+    for kind in ("missing", "good"):
         put(working, kind, chip, factory)
         assert answers(unit, ["init"]) == [(0, loaded(chip, WORKING))]
         assert contents(working) == other
@@ -106,26 +92,21 @@ def test_the_store_refills_the_working_image(board):
     unit.fault("libvx_sys_getBob")
     assert answers(unit, ["init"]) == [(0, loaded(chip, WORKING))] and contents(working) == factory
     assert answers(unit, ["read"]) == [(0, "")] and contents(working) == other
-    unit.fault("libvx_sys_getBob")
-    put(working, "good", chip, factory)
-    assert answers(unit, ["read and more"]) == [(0, "")] and contents(working) == factory
 
 
 @pytest.mark.parametrize("profile", CHIPS)
-@pytest.mark.parametrize("kind", ["missing", "directory", "wrong"])
+@pytest.mark.parametrize("kind", ["missing", "wrong"])
 def test_no_source_at_all(board, profile, kind):
     chip, unit = CHIPS[profile], board(profile)
     default = unit.unit(chip.default[1:])
     said = f"bob:open file: {chip.default} fail!\n"
     if kind == "wrong":
         total = section_of(chip, factory_image(profile, unit), "a2_lower")[0x5F]
-        text = default.read_text()
-        default.write_text(text + f"a2_lower\n0x5F={(total + 7) % 256};\n")
+        with open(default, "a") as text:
+            text.write(f"a2_lower\n0x5F={(total + 7) % 256};\n")
         said = (f"checksum A2.5Fh is not correct, should be [0x{total:x}]; A2.5Fh=[0x{(total + 7) % 256:x}]\n")
     else:
         default.unlink()
-        if kind == "directory":
-            default.mkdir()
     unit.trace()
     attempt = loaded(chip).replace(f"bob:read data from {chip.default}\n", f"{said}bob:read data from {chip.default} fail.\n")
     retry = "warning!!! bob_initialize failed, reinit again!!!\n"
@@ -150,9 +131,6 @@ def test_factory_text_of_any_shape(board):
         wanted[chip.sections[section][0] + index] = value
     assert answers(unit, ["init"])[0] == (0, loaded(chip))
     assert unit.unit(WORKING[1:]).read_bytes() == bytes(wanted)
-    default.write_text("")
-    assert answers(unit, ["restore"]) == [(0, f"bob:read data from {chip.default} SUCCESS\n")]
-    assert unit.unit(WORKING[1:]).read_bytes() == bytes(chip.size)
 
 
 def test_save_and_restore_without_their_files(board):
@@ -172,8 +150,7 @@ def test_save_and_restore_without_their_files(board):
     assert unit.unit(BACKUP[1:]).stat().st_mtime == 1
     working.rmdir()
     config.rename(unit.unit("userconfig/away"))
-    complaint = r"cp: .*\n"
     for words, out in (("save", duration), ("restore", success)):
         result = unit.run("vxcli", "bob", words, stderr=None)
-        assert result[:2] == (0, out) and re.fullmatch(complaint, result.err)
+        assert result[:2] == (0, out) and result.err.startswith("cp: ")
     assert working.read_bytes() == stored(unit)

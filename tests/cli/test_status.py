@@ -1,26 +1,22 @@
 """The status files and the commands that only look at them."""
 
-import pytest
-
 from bench import FAIL, answers
 
 NAMES = ["UX3320", "GN25L95", "UX3361", "UX3320S", "GN28L97B", "GN25L95D", "GN28L95", "UX3326", "GN28L96", "UX3362S",
          "GN25L99", "UX3365", "HLC10P0", "HLC10P5", "HLC10P6"]
 TYPES = [(f"{number}\n", name) for number, name in enumerate(NAMES)]
-ODD_TYPES = [("", "UX3320"), ("\n", "UX3320"), ("garbage\n", "UX3320"), ("2 and more\n", "UX3361"), ("00000011\n", "GN25L95"),
-             ("\x00\xff\n", "UX3320"), ("1\n2\n", "GN25L95"), ("0x2\n", "UX3320"), (" 3", "UX3320S")]
+ODD_TYPES = [("", "UX3320"), ("garbage\n", "UX3320"), ("2 and more\n", "UX3361"), ("1\n2\n", "GN25L95"), (" 3", "UX3320S")]
 
 
-@pytest.mark.parametrize("driver, running", [(None, False), ("1\n", True), ("0\n", False), ("2\n", False), ("", False),
-                                             ("one\n", False), ("1x", True)])
-def test_driver_status(board, driver, running):
+def test_driver_status(board):
     unit = board("gn28l95")
     unit.unit("var/bob_chip_type").write_text("6\n")
-    if driver is not None:
-        unit.unit("var/bob_driver_status").write_text(driver)
-    assert answers(unit, ["driver", "iic_get"]) == [
-        (0, f"bob:bob driver init {'SUCCESS' if running else 'FAIL'}.\n"),
-        (0, f"Bob chip_type: GN28L95\nvxcli bob iic_get {'start' if running else 'stop'}\n")]
+    for driver, running in [(None, False), ("1\n", True), ("0\n", False), ("one\n", False), ("1x", True)]:
+        if driver is not None:
+            unit.unit("var/bob_driver_status").write_text(driver)
+        assert answers(unit, ["driver", "iic_get"]) == [
+            (0, f"bob:bob driver init {'SUCCESS' if running else 'FAIL'}.\n"),
+            (0, f"Bob chip_type: GN28L95\nvxcli bob iic_get {'start' if running else 'stop'}\n")], driver
 
 
 def test_chip_type_file(board):
@@ -38,15 +34,11 @@ def test_iic_set(board):
     unit.unit("var/bob_chip_type").write_text("2\n")
     status = unit.unit("var/bob_driver_status")
     unit.trace()
-    for words, code, out, left in [
-        ("", 1, "Please specify start or stop.\n" + FAIL, None),
-        ("restart", 0, "vxcli bob iic_set value not correct. should be [start/stop].\n", None),
-        ("START", 0, "vxcli bob iic_set value not correct. should be [start/stop].\n", None),
-        ("start", 0, "Bob chip_type: UX3361\nvxcli bob iic_set OK\n", "1\n"),
-        ("''", 0, "vxcli bob iic_set value not correct. should be [start/stop].\n", "1\n"),
-        ("stop", 0, "Bob chip_type: UX3361\nvxcli bob iic_set OK\n", "0\n"),
-    ]:
-        assert answers(unit, ["iic_set " + words]) == [(code, out)]
+    no = (0, "vxcli bob iic_set value not correct. should be [start/stop].\n")
+    ok = (0, "Bob chip_type: UX3361\nvxcli bob iic_set OK\n")
+    for words, answer, left in [("", (1, "Please specify start or stop.\n" + FAIL), None), ("START", no, None),
+                                ("start", ok, "1\n"), ("''", no, "1\n"), ("stop", ok, "0\n")]:
+        assert answers(unit, ["iic_set " + words]) == [answer]
         assert (status.read_text() if status.exists() else None) == left
     assert unit.trace() == []
 

@@ -2,6 +2,8 @@
 
 from shlex import quote
 
+import pytest
+
 from bench import FAIL
 from sysinfo import calls, each, info, line, replies, sys
 
@@ -39,14 +41,13 @@ def test_modes_that_are_none(board):
     choice.write_text("EPON")
     before = info(unit).read_bytes()
     unit.trace()
-    words = ["", "gpon ", "pon", "auto_b", "group_10", "group_", "7", "%s%n", "\xff", "x" * 3000]
+    words = ["", "gpon ", "pon", "auto_b", "group_10", "7", "x" * 3000]
     assert sys(unit, *each("ponmode", words)) == replies(words, PONMODE + FAIL)
     assert calls(unit) == [] and info(unit).read_bytes() == before and choice.exists()
 
     stored = line("Sys Pon Mode:", "XGSPON")
-    for text, reply in [("6\n", stored + line("Working Pon Mode:", "ETHER")), ("7\n", stored), ("99\n", stored)]:
-        working.write_text(text)
-        assert sys(unit, "ponmode") == [(0, reply)]
+    working.write_text("99\n")
+    assert sys(unit, "ponmode") == [(0, stored)]
     working.unlink()
     assert sys(unit, "ponmode") == [(1, stored + line("Working Pon Mode:") + FAIL)]
     # As many words as `show` pretends to have: the stored mode alone.
@@ -65,75 +66,63 @@ def test_role(board):
     daemon, told = unit.unit("tmp/vxnetctl"), unit.unit("tmp/told")
     daemon.write_text('#!/bin/sh\necho "$@" >>/tmp/told\n')
     daemon.chmod(0o755)
-    first, names = "PATH=/tmp:$PATH", ["SFU", "HGU", "MDU", "HGW", "sfu", "hGu", "Mdu", "hgw"]
-    answers = sys(unit, *each("onutype", names, "onutype"), first=first)
-    assert answers[0::2] == replies(names, "sys onutype success\n")
-    assert answers[1::2] == replies(map(str.upper, names), line("Sys Pon Type:", "{}"))
+    first, names = "PATH=/tmp:$PATH", ["SFU", "HGU", "MDU", "hGw"]
+    assert sys(unit, *each("onutype", names, "onutype"), first=first) == [
+        reply for name in names for reply in replies([name.upper()], "sys onutype success\n", line("Sys Pon Type:", "{}"))]
     assert told.read_text() == "".join(f"-q {name}\n" for name in names)
     told.unlink()
     unit.fault("libvx_sys_setPonType")
-    words = ["", "sfu ", "ONU", "0", "sfu;reboot", "\xe9" * 2000]
+    words = ["", "sfu ", "sfu;reboot", "\xe9" * 2000]
     assert sys(unit, "onutype sfu", *each("onutype", words), "onutype", first=first) == [
         (0, "sys onutype fail\n"), *replies(words, ONUTYPE + FAIL), (0, line("Sys Pon Type:", "HGW"))]
     assert not told.exists()
 
 
-def test_mac(board):
+@pytest.mark.parametrize("word, label, good, bad, refusal", [
+    ("mac", "Mac Address:", ["00:11:22:33:44:55", "0A:b1:C2:D3:E4:F5"],
+     ["00:11:22:33:44:5G", "00:11:22:33:44:55:66", "00-11-22-33-44-55", "", "0:11:22:33:44:555", "x" * 31],
+     "mac is invalid: {}, format is xx:xx:xx:xx:xx:xx\nsys mac fail\n"),
+    ("phyportmap", "Phy Port Map:", ["0,1,2,3", "10,11,12,13"], ["1,2,3", "1,2,3,4,5", "a,b,c,d", "1, 2,3,4", "", "1," * 2000],
+     "Phy Port Map is invalid: {}, format is x,x,x,x\n" + FAIL),
+    ("language", "Language:", ["English", "Chinese", "Japanese", "", "Spain"], ["english", "Spain ", "Chin", "x" * 3000],
+     "Language {} is invalid\nsys language fail\n"),
+])
+def test_texts_of_a_form(board, word, label, good, bad, refusal):
     unit = board("ux3361")
-    good = ["00:11:22:33:44:55", "FF:FF:FF:FF:FF:FF", "0A:B1:C2:D3:E4:F5"]
-    assert sys(unit, *each("mac", map(odd, good), "mac")) == replies(good, "sys mac success\n", line("Mac Address:", "{}"))
-    bad = ["00:11:22:33:44:5G", "00:11:22:33:44", "00:11:22:33:44:55:66", "00-11-22-33-44-55", "001122334455", "", " ",
-           "00:11:22:33:44:55 ", "0:11:22:33:44:555", "+1:11:22:33:44:55", "%s", "\xff\x80", "x" * 31, "x" * 32, "y" * 5000]
-    unit.trace()
-    assert sys(unit, *each("mac", bad)) == replies([word[:31] for word in bad],
-                                                   "mac is invalid: {}, format is xx:xx:xx:xx:xx:xx\nsys mac fail\n")
-    assert calls(unit) == ["is_valid_macAddr"] * len(bad)
-    # A library that is less strict: the pieces are taken as they come, no more than six of them.
+    results = sys(unit, *each(word, good, word))
+    assert all(status == 0 and out.endswith(" success\n") for status, out in results[0::2])
+    shown = [text.upper() if word == "mac" else text for text in good]
+    assert results[1::2] == replies(shown, line(label, "{}"))
+    assert sys(unit, *each(word, bad), word) == [*replies(bad, refusal), (0, line(label, shown[-1]))]
+
+
+def test_library_that_judges_otherwise(board):
+    unit = board("ux3361")
+    assert sys(unit, f"mac {'x' * 32}") == replies(["x" * 31], "mac is invalid: {}, format is xx:xx:xx:xx:xx:xx\nsys mac fail\n")
+    # The pieces are taken as they come, no more than six of them.
     unit.fault("libvx_is_valid_macAddr times=3 result=1")
     assert sys(unit, "mac 1:2:f", "mac", "mac 1:2:3:4:5:6:7:8:9", "mac", "mac zz", "mac")[1::2] == replies(
         ["01:02:0F:00:00:00", "01:02:03:04:05:06", "00:00:00:00:00:00"], line("Mac Address:", "{}"))
+    unit.fault("libvx_sys_setPhyPortMap")
+    unit.fault("libvx_is_valid_phyPortMap skip=1 result=0")
+    assert sys(unit, "phyportmap 4,5,6,7", "phyportmap 4,5,6,7") == [
+        (0, "sys phy port map fail\n"), *replies(["4,5,6,7"], "Phy Port Map is invalid: {}, format is x,x,x,x\n" + FAIL)]
 
 
 def test_serial_numbers(board):
     unit = board("ux3361")
     warning = ("WARNING: {},the SN should be 16 hexadecimal digits or 12 digits with 8 hexadecimal after four characters"
                " or 64 ASCII\n")
-    good = ["0123456789abCDEF", "VXLM12345678", "    0a1B2c3D", "x", "A b", "x" * 64, "V" * 11, "G" * 13]
-    unusual = ["ABCD1234567Z", "0123456789abcdeG", "", "\xe9", "VXL\xff12345678", "x" * 63 + "\x80"]
-    long = ["x" * 65, "0123456789abcdef" * 400]
+    good = ["0123456789abCDEF", "VXLM12345678", "x", "A b", "x" * 64]
+    unusual = ["ABCD1234567Z", "0123456789abcdeG", "", "VXL\xff12345678"]
     stored, failed, got = "sys gponsn success\n", "sys gponsn fail\n", line("Gpon SN:", "{}")
     assert sys(unit, *each("gponsn", good, "gponsn")) == replies(good, stored, got)
     assert sys(unit, *each("gponsn", unusual, "gponsn")) == replies(unusual, warning + stored, got)
-    assert sys(unit, *each("gponsn", long)) == replies(long, warning + failed)
     unit.fault("libvx_is_valid_gponSN result=0")
     unit.fault("libvx_sys_setGponSn skip=1")
     assert sys(unit, "gponsn x", "gponsn VXLM12345678") == [*replies("x", warning + stored), (0, failed)]
     words = [*good, *unusual, "%s%n"]
     assert sys(unit, *each("sn", words, "sn")) == replies(words, "sys sn success\n", line("SN:", "{}"))
-    assert sys(unit, *each("sn", long), "sn") == [*replies(long, "sys sn fail\n"), (0, line("SN:", "%s%n"))]
-
-
-def test_port_map(board):
-    unit = board("ux3361")
-    maps, invalid = ["0,1,2,3", "3,2,1,0", "10,11,12,13"], "Phy Port Map is invalid: {}, format is x,x,x,x\n" + FAIL
-    assert sys(unit, *each("phyportmap", maps, "phyportmap")) == replies(
-        maps, "sys phy port map success\n", line("Phy Port Map:", "{}"))
-    bad = ["1,2,3", "1,2,3,4,5", "1,2,3,", ",1,2,3", "a,b,c,d", "1.2.3.4", "1, 2,3,4", "", "\xb2,\xb2,\xb2,\xb2", "1," * 2000]
-    unit.trace()
-    assert sys(unit, *each("phyportmap", bad)) == replies(bad, invalid)
-    assert calls(unit) == ["is_valid_phyPortMap"] * len(bad)
-    unit.fault("libvx_sys_setPhyPortMap")
-    unit.fault("libvx_is_valid_phyPortMap skip=1 result=0")
-    assert sys(unit, "phyportmap 4,5,6,7", "phyportmap 4,5,6,7", "phyportmap") == [
-        (0, "sys phy port map fail\n"), *replies(["4,5,6,7"], invalid), (0, line("Phy Port Map:", maps[-1]))]
-
-
-def test_language(board):
-    unit = board("ux3361")
-    good, bad = ["English", "Chinese", "Japanese", "", "Spain"], ["english", "Spanish", "Spain ", "Chin", " ", "%d", "x" * 3000]
-    assert sys(unit, *each("language", good, "language")) == replies(good, "sys language success\n", line("Language:", "{}"))
-    assert sys(unit, *each("language", bad), "language") == [
-        *replies(bad, "Language {} is invalid\nsys language fail\n"), (0, line("Language:", "Spain"))]
 
 
 def test_ethwan(board):
@@ -142,14 +131,12 @@ def test_ethwan(board):
     success, cleaned = (0, "Set ethwan success!\n"), (0, "Clean ethwan success!\n")
     wrong = (0, "The parameter is not right!\neg: eth0 eth1 eth2 eth3 apcli* null(means clean)\n")
     assert sys(unit, "ethwan") == [(0, "")] and not file.exists()
-    for name in ("eth1", "ethernet9", "apcli0", "eth", "apcli", "eth\xff%s", "eth" + "x" * 2000):
+    for name in ("eth1", "apcli0", "eth", "eth" + "x" * 2000):
         assert sys(unit, f"ethwan {quote(name)} eth0", "ethwan") == [success, (0, name[:63])]
         assert file.read_bytes() == name.encode("latin-1")
-    assert sys(unit, *each("ethwan", ["ETH0", "", "apcl", "et", "nul", " eth0"])) == [wrong] * 6
-    for text, word in [(" \n eth2 eth3", "eth2"), ("", ""), ("eth4\n", "eth4")]:
-        file.write_text(text)
-        assert sys(unit, "ethwan") == [(0, word)]
-    assert sys(unit, "ethwan null") == [cleaned] and not file.exists()
+    assert sys(unit, *each("ethwan", ["ETH0", "", "apcl", " eth0"])) == [wrong] * 4
+    file.write_text(" \n eth2 eth3")
+    assert sys(unit, "ethwan", "ethwan null") == [(0, "eth2"), cleaned] and not file.exists()
     assert sys(unit, "ethwan null", stderr=None) == [cleaned]
     file.mkdir()
     assert sys(unit, "ethwan eth0") == [(0, "Set ethwan failed! can not open file /userconfig/config/ethwan\n")]

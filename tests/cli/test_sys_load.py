@@ -15,16 +15,9 @@ def derived(unit):
     return [unit.unit(f"etc/{name}").read_text() for name in DERIVED]
 
 
-def preload(unit, source):
-    """Makes /tmp/preload.so of the board from C."""
-    unit.unit("tmp/preload.c").write_text(source)
-    assert execute("cc", "-shared", "-fPIC", "-o", unit.unit("tmp/preload.so"), unit.unit("tmp/preload.c")) == (0, "", "")
-
-
 @pytest.mark.parametrize("mac, mode, listed", [
     ("00:11:22:ff:ff:fe", 1, ["00:11:22:FF:FF:FE", "00:11:22:FF:FF:FF", "00:11:22:00:00:00"]),
     ("02:00:00:00:FE:FF", -3, ["02:00:00:00:FE:FF", *(f"02:00:00:00:FF:{low:02X}" for low in range(256)), "02:00:00:01:00:00"]),
-    ("aa:bb:cc:dd:ee:0f", 7, ["AA:BB:CC:DD:EE:0F"]),
     ("aa:bb:cc:dd:ee:0f", 0, []),
 ])
 def test_derived_files(board, mac, mode, listed):
@@ -48,11 +41,6 @@ def test_load_in_order_and_each_piece_failing(board):
         unit.fault(f"libvx_sys_{name} result=3")
         assert sys(unit, "load") == ([LOADED] if name != "getFwInfo" else [(1, "sys load fail\n" + FAIL)])
         assert derived(unit) == failed.get(name, [base, listed, mode]) and calls(unit, "libvx_sys_") == ORDER, name
-    for name in DERIVED:
-        unit.unit(f"etc/{name}").unlink()
-        unit.unit(f"etc/{name}").mkdir()  # nothing can be written there
-        assert sys(unit, "load") == [LOADED]
-    assert calls(unit, "libvx_sys_") == [*ORDER, *ORDER[:3], *ORDER[4:], *ORDER[:3], ORDER[4]]
 
 
 def test_blank_files_give_way_to_the_default(board):
@@ -60,26 +48,13 @@ def test_blank_files_give_way_to_the_default(board):
     unit = board("ux3361")
     default = unit.unit("etc/default_sys_info").read_bytes()
     unit.fault("libvx_sys_getSysInfo times=always")
-    for contents, good in [
-        (None, False), (b"", False), (b"\xff" * 100, False), (b"\0", False), (b"\xff\0" * 2048, False),
-        (b"\xff" * 99 + b"a", True), (b"\0" * 4095 + b"\xfe", True), (b"\n", True), (default[:50], True),
-    ]:
+    for contents, good in [(None, False), (b"\xff\0" * 2048, False), (b"\0" * 4095 + b"\xfe", True), (b"\n", True)]:
         info(unit).write_bytes(contents) if contents is not None else info(unit).unlink(missing_ok=True)
         assert sys(unit, "load") == [LOADED]
         assert info(unit).read_bytes() == (contents if good else default), contents
-    # At message level 1 a missing file is logged.
-    log = unit.path / "log"
-    assert not log.exists()
-    info(unit).unlink()
-    preload(unit, "void libvx_setDebugLevel(int) __attribute__((weak)); __attribute__((constructor)) static void loud(void)"
-                  " { if (libvx_setDebugLevel) libvx_setDebugLevel(1); }")
-    assert sys(unit, "load", first="export LD_PRELOAD=$LD_PRELOAD:/tmp/preload.so") == [LOADED]
-    assert log.read_text().split(" ", 1)[1] == ("libvx Error: src/vxcli_sys:348 check_sys_isOK: "
-                                                "Error opening sys info file /etc/vx_sys_info\n")
     info(unit).unlink()
     unit.unit("etc/default_sys_info").unlink()
     assert sys(unit, "load", stderr=None) == [LOADED] and not info(unit).exists()
-    assert sys(unit, "model", "model New", "model")[0::2] == replies(["", "New"], line("Model Name:", "{}"))
 
 
 def test_flash_without_whole_information(board):
@@ -87,7 +62,7 @@ def test_flash_without_whole_information(board):
     default, flash = unit.unit("etc/default_sys_info").read_bytes(), unit.path / "flash/sysinfo"
     factory = flash.read_bytes()
     start = factory.index(b"MAC=")
-    for damaged in (b"\xff" * 65536, b"\0" * 65536, factory[:start + 5] + b"~" + factory[start + 6:], b"\xff" + factory[1:]):
+    for damaged in (b"\xff" * 65536, factory[:start + 5] + b"~" + factory[start + 6:], b"\xff" + factory[1:]):
         flash.write_bytes(damaged)
         assert sys(unit, "model Other", "load", "mac")[1:] == [LOADED, (0, line("Mac Address:", "02:56:58:00:00:00"))]
         assert info(unit).read_bytes() == default
@@ -96,8 +71,6 @@ def test_flash_without_whole_information(board):
     unit.fault("libvx_sys_saveSysInfo")
     assert sys(unit, "model New", "save")[1] == NOT_SAVED and flash.read_bytes() == before
     info(unit).write_bytes(b"x" * 40000)  # more than a bank
-    assert sys(unit, "save") == [NOT_SAVED] and flash.read_bytes() == before
-    info(unit).unlink()
     assert sys(unit, "save") == [NOT_SAVED] and flash.read_bytes() == before
     assert sys(unit, "load", "model") == [LOADED, (0, line("Model Name:", "Saved"))]
     flash.unlink()
@@ -113,8 +86,6 @@ def test_a_file_edited_by_hand(board):
     assert sys(unit, "model", "mac", "macnum", "mfg", "fxsnum", "onutype") == [(0, line(*texts)) for texts in shown]
     sys(unit, "model New", "area 7")
     assert info(unit).read_bytes() == b"# model\n\nModelName=New\n" + rest + b"\nArea=7\n"
-    unit.fault("libvx_sys_getSysInfo")
-    assert sys(unit, "load") == [LOADED] and derived(unit) == ["00:00:00:00:00:00\n", "0\n", "5"]
 
 
 # The process dies at the DIE_ATth call that changes a file; of a write half is done.
@@ -141,61 +112,48 @@ int renameat(int from, const char *old, int to, const char *fresh) {
 
 # Runs on the board. The model's name is the changing field: in the file, in flash, or on its way to one of them.
 KILLS = r"""
-import itertools, os, random, re, signal, subprocess, time
-preloads, null, fresh = os.environ.get("LD_PRELOAD", ""), os.open("/dev/null", os.O_WRONLY), map(str, itertools.count())
+import itertools, os, re, subprocess
+preloads, fresh = os.environ.get("LD_PRELOAD", ""), map(str, itertools.count())
 in_file = in_flash = "first"
 def run(words): return subprocess.run(["vxcli", "sys", *words.split()], stdout=subprocess.PIPE, text=True).stdout
 def stored():
     before, name, after = re.fullmatch("(.*^ModelName=)(.*?)(\n.*)", open("/etc/vx_sys_info").read(), re.S | re.M).groups()
     return name, before + after
-def dies(words, after=None, at=0):
-    pid = os.fork()
-    if pid == 0:
-        os.dup2(null, 1)
-        os.environ.update({"DIE_AT": str(at), "LD_PRELOAD": preloads + ":/tmp/preload.so"} if at else {})
-        os.execvp("vxcli", ["vxcli", "sys", *words.split()])
-    if after:
-        time.sleep(after)
-        os.kill(pid, signal.SIGKILL)
-    return os.WIFSIGNALED(os.waitpid(pid, 0)[1])
-def step(command, **how):
+def dies(words, at):
+    env = {**os.environ, "DIE_AT": str(at), "LD_PRELOAD": preloads + ":/tmp/preload.so"}
+    return subprocess.run(["vxcli", "sys", *words.split()], stdout=subprocess.DEVNULL, env=env).returncode < 0
+def step(command, at):
     global in_file, in_flash
     if command == "save":
         run(f"model {next(fresh)}")
         in_file = stored()[0]
     new = next(fresh)
-    died = dies(f"model {new}" if command == "model" else command, **how)
+    died = dies(f"model {new}" if command == "model" else command, at)
     may = {in_file, {"model": new, "save": in_file, "load": in_flash}[command]}
     in_file, others = stored()
-    assert in_file in may and others == whole, (command, how, may, in_file, others)
+    assert in_file in may and others == whole, (command, at, may, in_file, others)
     assert run("model") == f"{'Model Name:':<24} {in_file}\n"
     if command == "save":
         may = {in_file, in_flash}
         open("/etc/vx_sys_info", "w").close()
         assert run("load") == "sys load success\n"
         in_file, others = stored()
-        assert in_file in may and others == whole, (command, how, may, in_file, others)
+        assert in_file in may and others == whole, (command, at, may, in_file, others)
         in_flash = in_file
     return died
 run("load"), run("model first"), run("save")
 _, whole = stored()
 for command, least in {"model": 2, "save": 4, "load": 2}.items():
-    assert next(at for at in itertools.count(1) if not step(command, at=at)) > least
-random.seed(20)
-after, end, count = {"model": 0.005, "save": 0.005, "load": 0.005}, time.monotonic() + 3, [0, 0]
-while sum(count) < 150 and time.monotonic() < end:
-    command = random.choice(list(after))
-    died = step(command, after=random.uniform(0.7, 1.3) * after[command])
-    after[command] *= 1.1 if died else 0.9  # half of them die, most in their last moments: then they write
-    count[died] += 1
+    assert next(at for at in itertools.count(1) if not step(command, at)) > least
 print("whole")
 """
 
 
 def test_killed_at_any_moment(board):
-    """At each step of its work, and at random."""
+    """At each step of its work."""
     unit = board("ux3361")
-    preload(unit, DIE_AT)
+    unit.unit("tmp/preload.c").write_text(DIE_AT)
+    assert execute("cc", "-shared", "-fPIC", "-o", unit.unit("tmp/preload.so"), unit.unit("tmp/preload.c")) == (0, "", "")
     assert unit.run("/usr/bin/python3", "-", stdin=KILLS, wait=True)[:2] == (0, "whole\n")
 
 
@@ -204,13 +162,10 @@ def test_many_writers_at_once(board):
     unit = board("ux3361")
     sys(unit, "load")
     fields = [field for field in SETTABLE if field.word not in ("onutype", "ponmode")]
-    for values in (lambda field: field.value, lambda field: field.value[::-1] if field.room == "31" else field.value):
-        fields = [field._replace(value=values(field)) for field in fields]
+    for fields in (fields, [field._replace(value=field.value[::-1]) if field.room == "31" else field for field in fields]):
         script = "".join(f"vxcli sys {words} & " for field in fields for words in (field.set_to_value, "show >/dev/null"))
         out = unit.run("sh", stdin=script + "vxcli sys save & vxcli sys save & wait\n").out
         assert sorted(out.splitlines(True)) == sorted(text for _, text in [*said(fields), SAVED, SAVED])
-        before = info(unit).read_bytes()
         sys(unit, "save")
         info(unit).unlink()
         assert sys(unit, "load", *(field.word for field in fields)) == [LOADED, *replies(lines(fields), "{}")]
-        assert info(unit).read_bytes() == before

@@ -4,7 +4,7 @@ import pytest
 
 from bench import FAIL
 from conftest import BUILD
-from sysinfo import calls, line, sys
+from sysinfo import calls, sys
 
 LEDS = {"LED_PWR": "pwr", "LED_PON": "pon", "LED_LOS": "los", "LED_LAN": "lan", "LED_WPS": "wps", "LED_WLAN": "wlan",
         "LED_FXS1": "fxs1", "LED_FXS2": "fxs2", "LED_WAN": "int", "LED_INT": "int", "LED_DNLINK": "dnlink"}
@@ -23,26 +23,21 @@ def test_leds(board):
         before = leds(unit)
         assert sys(unit, f"led_event {name} {state} {timer}ms 7") == [(0, "led event op\n")]
         assert leds(unit) == {**before, LEDS[name]: [*STATES[state], str(timer), str(timer)]}
-    for words, brightness in [("1", "1"), ("0", "0"), ("2 0", "1"), ("on", "0")]:
+    for words, brightness in [("2 0", "1"), ("on", "0")]:
         assert sys(unit, f"led {words}") == [(0, "sys led success\n")]
         assert {tuple(attributes[:2]) for attributes in leds(unit).values()} == {(brightness, "none")}
-    sys(unit, "led_event LED_PON BLINK 500")
-    assert unit.sh("cd /sys/class/leds/pon_led && cat brightness trigger delay_on")[1] == "1\ntimer\n500\n"
-    (status, out), = sys(unit, "led_event_list all")
-    assert status == 0 and out.endswith("\nled event list op\n") and set(LEDS) - {"LED_INT"} <= set(out.split())
 
 
 def test_leds_that_are_none(board):
     unit = board("sfu-gn25l95")
     unit.trace()
-    words = ["led_pwr ON 0", "LED_PWR on 0", "LED_END ON 0", "LED_PWR 1 0", "'' ON 0", "LED_PWR '' 0", "LED_PWR BLINK\xff 0",
-             "LED_" + "X" * 3000 + " ON 0"]
+    words = ["led_pwr ON 0", "LED_PWR on 0", "LED_END ON 0", "'' ON 0", "LED_PWR '' 0", "LED_" + "X" * 3000 + " ON 0"]
     assert sys(unit, *(f"led_event {word}" for word in words)) == [(1, FAIL)] * len(words)
     assert calls(unit) == []
-    for operation in ("libvx_sys_setLed", "libvx_sys_led", "libvx_sys_button", "display_dts_led_list_all"):
+    for operation in ("libvx_sys_setLed", "libvx_sys_led", "libvx_sys_button"):
         unit.fault(operation)
-    assert sys(unit, *["led_event LED_FXS2 ON 0"] * 2, "led 1", "button 1", "led_event_list") == [
-        *[(0, "led event op\n")] * 2, (0, "sys led success\n"), (0, "sys button success\n"), (0, "led event list op\n")]
+    assert sys(unit, "led_event LED_FXS2 ON 0", "led 1", "button 1") == [
+        (0, "led event op\n"), (0, "sys led success\n"), (0, "sys button success\n")] and unit.faults() == []
 
 
 def test_buttons_and_rogue_detection(board):
@@ -53,8 +48,8 @@ def test_buttons_and_rogue_detection(board):
             "sys/button_test", "pon/rogue_detect", "pon/rogue_shutdown", "pon/rogue_found")]
 
     (unit.path / "pon/rogue_found").write_text("1\n")
-    for command, after in [("button 1", [1, 0, 0, 1]), ("button x", [0, 0, 0, 1]), ("mfg 1", [1, 0, 0, 1]), ("mfg 0", [0, 0, 0, 1]),
-                           ("rogue 1 0 0", [0, 1, 0, 1]), ("rogue 0 1x 0", [0, 0, 1, 1]), ("rogue 1 1 1 1", [0, 1, 1, 0])]:
+    for command, after in [("button 1", [1, 0, 0, 1]), ("mfg 0", [0, 0, 0, 1]), ("rogue 1 0 0", [0, 1, 0, 1]),
+                           ("rogue 0 1x 0", [0, 0, 1, 1]), ("rogue 1 1 1 1", [0, 1, 1, 0])]:
         assert sys(unit, command) == [(0, f"sys {command.split()[0]} success\n")] and state() == after, command
     unit.fault("libvx_ponApi_setPonSelfRogueDetect")
     assert sys(unit, "rogue 0 0 0", "rogue 2 0 0") == [(0, "sys rogue fail\n")] * 2 and state() == [0, 1, 1, 0]
@@ -71,8 +66,6 @@ def test_files_in_partitions(board, name, operation):
     assert sys(unit, f"get{name}", f"save{name}", get + " /tmp/got", save + " /tmp/got") == [(0, "")] * 4
     assert calls(unit) == [] and not got.exists()
     assert sys(unit, get, save, none, f"get{name} /tmp/no/such", get) == [(0, "")] * 5 and got.read_bytes() == b"first"
-    assert [entry for entry in calls(unit, "lib") if "Config" in entry] == [
-        f"vx_sys_get{operation}Config", *[f"_sys_save{operation}Config"] * 2, *[f"vx_sys_get{operation}Config"] * 2]
     for contents in (bytes(range(256)) * 100, b"", b"short"):
         config.write_bytes(contents)
         sys(unit, save)
@@ -99,19 +92,19 @@ def test_the_image_in_use_is_not_erased(board):
 
 def test_services(board):
     unit = board("ux3361")
-    config, flushes = unit.unit("userconfig/config"), unit.path / "sys/nat_flushes"
+    config = unit.unit("userconfig/config")
     (config / "deep").mkdir()
     (config / "deep/file").write_text("x")
-    (config / "link").symlink_to("/etc")
+    unit.unit("tmp/kept").mkdir()
+    unit.unit("tmp/kept/file").write_text("x")
+    (config / "link").symlink_to("/tmp/kept")  # never out of the board: a fault would follow it
     unit.fault("libvx_sys_restoredefault")
     assert sys(unit, "restoredefault") == [(1, FAIL)] and (config / "deep/file").exists()
     assert sys(unit, "restoredefault now") == [(0, "")] and list(config.iterdir()) == []
-    assert unit.unit("etc/default_sys_info").exists()  # links are not followed
+    assert unit.unit("tmp/kept/file").exists()
     unit.fault("libvx_sys_vxnatFlush")
-    assert sys(unit, *["flushnat"] * 3) == [(0, "sys flushnat success\n")] * 3 and flushes.read_text() == "2\n"
-    (unit.path / "sys/fw_version").write_text("x" * 31 + "\n")
-    (unit.path / "sys/boot_version").write_text("x" * 32 + "\n")  # fits no buffer
-    assert sys(unit, "version", "bootversion") == [(0, line("Software Version:", "x" * 31)), (0, line("Boot Version:"))]
+    assert sys(unit, *["flushnat"] * 3) == [(0, "sys flushnat success\n")] * 3
+    assert (unit.path / "sys/nat_flushes").read_text() == "2\n"
 
 
 def test_segv(board):
