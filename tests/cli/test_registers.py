@@ -14,7 +14,6 @@ NO_DATA, BAD_DATA, MISMATCH = "Please specify data.", "Data value invalid.", "Da
 EXTRA = "Invalid command."
 
 # What makes a number is the unit tests' business: here each word's own rule and message.
-# What makes a number is the unit tests' business: here each word's own rule and message.
 DEVICES = {"": NO_DEVICE, "''": BAD_DEVICE, "0x51g": BAD_DEVICE}
 REGISTERS = {"": NO_REG, "''": BAD_REG, "0x7fz": BAD_REG, "256": BAD_REG, "-1": BAD_REG}
 LENGTHS = {"": NO_LENGTH, "''": BAD_LENGTH, "7": LONG, "-1": LONG, "0xffff": LONG}
@@ -119,6 +118,9 @@ def test_writing_a_run(board, profile, chip_type, pieces, wait):
     if pieces:
         assert (unit.path / "i2c/1/a2_low.bin").read_bytes()[0x1C:0x30] == bytes(data)
         assert answers(unit, ["write_regs 0x51 5 0"])[0][0] == 0 and list(seen(unit)) == [write(5, [])]
+    if wait:  # a piece that only ends with a page is not waited for
+        answers(unit, ["write_regs 0x51 0x15 11" + " 7" * 11])
+        assert list(seen(unit)) == [write(0x15, [7] * 11)]
 
 
 @pytest.mark.parametrize("profile", ["ux3361", "gn28l97b"])

@@ -150,7 +150,7 @@ def test_dnsmasq(board):
     refused = "".join(f"vxcli dnsmasq log {word}; echo $?\n" for word in ("on", "Enable", "enabled", "''"))
     assert with_processes(unit, ["dnsmasq"], script + refused + "vxcli dnsmasq log\nvxcli dnsmasq dump_ipset; heard\n") == (
         "".join(f"0\ndnsmasq queued {value}\n" for value in asked.values()) + (PARAMETER + "0\n") * 4 +
-        f"usage for log: {HELP['dnsmasq']['log'][1]}\ndnsmasq queued 5\n")
+        f"usage for log: {HELP['dnsmasq']['log']}\ndnsmasq queued 5\n")
 
     # Any process with this name in its own is taken for the server; if there are several, the first in the list.
     assert with_processes(unit, ["my-dnsmasq2"], "vxcli dnsmasq dump; heard\n") == "my-dnsmasq2 queued 0\n"
