@@ -1,0 +1,419 @@
+// Shows a trace readably: vxtrace FILE. "vxboard trace --help" tells what is in the columns and how the time on the
+// bus is counted.
+
+#include "trace_line.h"
+
+#include <algorithm>
+#include <cerrno>
+#include <cstdio>
+#include <cstring>
+#include <iterator>
+
+static constexpr uint32_t device_a0 = 0x50;
+static constexpr uint32_t device_a2 = 0x51;
+static constexpr uint32_t table_select = 0x7F;  // register of A2; those above are the table's
+static constexpr int64_t shortest_pause = 1000; // in microseconds
+
+// Why a transfer failed, and whether the bus saw anything of it. The last row stands for all others.
+struct outcome_row {
+    const char *word;
+    const char *means;
+    bool on_bus;
+};
+
+static constexpr outcome_row outcomes[] = {
+    {"nak", "nothing there acknowledged it", true},
+    {"busy", "the chip was still writing", true},
+    {"fault", "a rule of the board's faults struck", true},
+    {"missing", "the bus is not there", false},
+    {"denied", "no permission for the bus", false},
+    {"refused", "the bus adapter cannot do it", false},
+    {"other", "failed", false},
+};
+
+struct trace_sums {
+    int64_t first_us;
+    int64_t last_us;
+    uint64_t lines;
+    uint64_t writes;
+    uint64_t reads;
+    uint64_t written; // bytes
+    uint64_t read;
+    uint64_t failed[std::size(outcomes)];
+    uint64_t bits;
+    uint64_t waits;
+    int64_t waited_us;
+    uint64_t pauses;
+    int64_t paused_us;
+    uint64_t damaged;
+    uint64_t first_damaged; // its line number
+};
+
+static constexpr int unknown = -1;
+
+// What the next line is seen in the light of.
+struct trace_view {
+    trace_sums sums;
+    uint32_t process;
+    int64_t waited_us; // by the line before, if that was a wait
+    int16_t tables[8]; // selected on each bus; what is on buses above is not followed
+};
+
+// ---- output ----
+
+static void print_text(std::string_view text) {
+    for (const char c : text) {
+        putchar(static_cast<unsigned char>(c) < ' ' || c == 0x7F ? '?'
+                                                                 : c); // nothing reaches the terminal's control
+    }
+}
+
+static void print_seconds(int64_t us, int width) {
+    const uint64_t size = static_cast<uint64_t>(us < 0 ? -us : us);
+    char text[32];
+    snprintf(text, sizeof text, "%s%llu.%06llu", us < 0 ? "-" : "",
+             static_cast<unsigned long long>(size / 1'000'000), static_cast<unsigned long long>(size % 1'000'000));
+    printf("%*s", width, text);
+}
+
+// The columns in front, without times.
+static void print_what(const char *what) {
+    printf("%22s  %-6s ", "", what);
+}
+
+static void print_span(const char *what, int64_t us) {
+    printf("%-6s %lld.%03lld ms\n", what, static_cast<long long>(us / 1000), static_cast<long long>(us % 1000));
+}
+
+// The time of a line since the first one and the gap since the line before. Of the gap, what waiting does not
+// explain is a pause.
+static void print_times(trace_view *view, const traced_line &line) {
+    trace_sums *sums = &view->sums;
+    const bool first = sums->lines == 0;
+    sums->first_us = first ? line.time_us : sums->first_us;
+    const int64_t gap = first ? 0 : line.time_us - sums->last_us;
+    const int64_t pause = gap - view->waited_us;
+    if (pause >= shortest_pause) {
+        sums->pauses++;
+        sums->paused_us += pause;
+        printf("%22s  ", "");
+        print_span("pause", pause);
+    }
+    if (first || line.process != view->process) {
+        print_what("process");
+        printf("%u\n", line.process);
+    }
+    view->process = line.process;
+    view->waited_us = 0;
+    sums->last_us = line.time_us;
+    print_seconds(line.time_us - sums->first_us, 11);
+    if (first) {
+        printf("%11s", "");
+    } else {
+        print_seconds(gap, 11);
+    }
+    printf("  ");
+}
+
+// ---- bus transfers ----
+
+static size_t find_outcome(std::string_view word) {
+    size_t row = 0;
+    while (row < std::size(outcomes) - 1 && word != outcomes[row].word) {
+        row++;
+    }
+    return row;
+}
+
+// Every byte on the bus has nine bits, the acknowledge included; start and stop count as one each.
+static uint64_t bus_bits(const traced_transfer &transfer) {
+    if (transfer.outcome != "ok") {
+        return outcomes[find_outcome(transfer.outcome)].on_bus ? 1 + 9 + 1 : 0;
+    }
+    const uint64_t data = uint64_t{9} * transfer.length;
+    return transfer.write ? 1 + 9 + 9 + data + 1 : 1 + 9 + 9 + 1 + 9 + data + 1;
+}
+
+static void count_transfer(trace_sums *sums, const traced_transfer &transfer) {
+    sums->bits += bus_bits(transfer);
+    if (transfer.outcome != "ok") {
+        sums->failed[find_outcome(transfer.outcome)]++;
+    } else if (transfer.write) {
+        sums->writes++;
+        sums->written += transfer.length;
+    } else {
+        sums->reads++;
+        sums->read += transfer.length;
+    }
+}
+
+// Registers 0x80 and up of A2 show the table that was written to, or read from, the select register last.
+static void follow_table(trace_view *view, const traced_transfer &transfer) {
+    const uint32_t place = table_select - transfer.reg;
+    if (transfer.outcome == "ok" && transfer.device == device_a2 && transfer.reg <= table_select &&
+        place < transfer.count && transfer.bus < std::size(view->tables)) {
+        view->tables[transfer.bus] = transfer.bytes[place];
+    }
+}
+
+// One row of at most 16 registers from `first`; the columns up to the bytes.
+static void print_place(const trace_view &view, const traced_transfer &transfer, uint32_t first, uint32_t count) {
+    char table[8] = "";
+    first &= 0xFF; // behind the last register comes the first
+    if (transfer.device == device_a2 && first + count > table_select + 1) {
+        const int selected = transfer.bus < std::size(view.tables) ? view.tables[transfer.bus] : unknown;
+        snprintf(table, sizeof table, selected == unknown ? "?" : "0x%02x", static_cast<unsigned>(selected));
+    }
+    printf("%-6s 0x%02x  ", table, first);
+}
+
+static void print_transfer(const trace_view &view, const traced_transfer &transfer) {
+    char device[16] = "A0";
+    if (transfer.device != device_a0) {
+        snprintf(device, sizeof device, transfer.device == device_a2 ? "A2" : "0x%02x", transfer.device);
+    }
+    printf("%-6s %-3u  %-4s ", transfer.write ? "write" : "read", transfer.bus, device);
+    const bool ok = transfer.outcome == "ok";
+    uint32_t done = 0;
+    do {
+        const uint32_t count = std::min<uint32_t>(transfer.length - done, 16);
+        if (done > 0) {
+            printf("%41s", "");
+        }
+        print_place(view, transfer, transfer.reg + done, transfer.count == 0 ? transfer.length : count);
+        for (uint32_t i = done; i < done + count && i < transfer.count; i++) {
+            printf(i == done ? "%02x" : " %02x", transfer.bytes[i]);
+        }
+        done += count;
+        if (ok || transfer.count > 0) {
+            putchar('\n');
+        }
+    } while (done < transfer.count);
+    if (!ok) {
+        if (transfer.count > 0) {
+            printf("%54s", "");
+        } else {
+            printf("%u %s: ", transfer.length, transfer.length == 1 ? "byte" : "bytes");
+        }
+        print_text(transfer.outcome);
+        printf(": %s\n", outcomes[find_outcome(transfer.outcome)].means);
+    }
+}
+
+// ---- lines ----
+
+static bool show_transfer(trace_view *view, const traced_line &line) {
+    traced_transfer transfer;
+    if (!trace_parse_transfer(line.rest, &transfer)) {
+        return false;
+    }
+    print_times(view, line);
+    print_transfer(*view, transfer);
+    follow_table(view, transfer);
+    count_transfer(&view->sums, transfer);
+    return true;
+}
+
+static bool show_call(trace_view *view, const traced_line &line) {
+    traced_call call;
+    if (!trace_parse_call(line.rest, &call)) {
+        return false;
+    }
+    print_times(view, line);
+    printf("%-6s ", "call");
+    print_text(call.operation);
+    printf(" -> %d\n", call.result);
+    return true;
+}
+
+static bool show_wait(trace_view *view, const traced_line &line) {
+    int64_t us = 0;
+    if (!trace_parse_wait(line.rest, &us)) {
+        return false;
+    }
+    print_times(view, line);
+    print_span("wait", us);
+    view->waited_us = us;
+    view->sums.waits++;
+    view->sums.waited_us += us;
+    return true;
+}
+
+static bool show_mem(trace_view *view, const traced_line &line) {
+    traced_mem mem;
+    if (!trace_parse_mem(line.rest, &mem)) {
+        return false;
+    }
+    print_times(view, line);
+    printf("%-6s 0x%08x[", "mem", mem.address);
+    if (mem.width != 1) {
+        printf("%lld:", int64_t{mem.low} + mem.width - 1LL);
+    }
+    printf("%u] = 0x%x -> %d\n", mem.low, mem.value, mem.result);
+    return true;
+}
+
+// A switch-off and on takes no time of its own: its stamp may be of another clock. Table 0 is selected afterwards.
+static bool show_power_cycle(trace_view *view, const traced_line &) {
+    print_what("power");
+    printf("off and on\n");
+    std::ranges::fill(view->tables, int16_t{0});
+    return true;
+}
+
+struct kind_row {
+    const char *kind;
+    bool (*show)(trace_view *, const traced_line &);
+};
+
+static constexpr kind_row kinds[] = {
+    {"i2c", show_transfer},
+    {"call", show_call},
+    {"wait", show_wait},
+    {"mem", show_mem},
+    {"power-cycle", show_power_cycle},
+};
+
+// Any other kind, such as run, is text.
+static bool show_text(trace_view *view, const traced_line &line) {
+    print_times(view, line);
+    print_text(line.kind);
+    printf("%*s ", line.kind.size() < 6 ? 6 - static_cast<int>(line.kind.size()) : 0, "");
+    print_text(line.rest);
+    putchar('\n');
+    return true;
+}
+
+static void show_line(trace_view *view, std::string_view text, uint64_t number, bool whole) {
+    traced_line line = {};
+    const auto is_kind = [&](const kind_row &row) { return line.kind == row.kind; };
+    bool shown = false;
+    if (whole && trace_parse_line(text, &line)) {
+        const kind_row *row = std::ranges::find_if(kinds, is_kind);
+        shown = row == std::end(kinds) ? show_text(view, line) : row->show(view, line);
+    }
+    if (!shown) {
+        print_what("?");
+        printf("line %llu: ", static_cast<unsigned long long>(number));
+        print_text(text.substr(0, 64));
+        printf("%s\n", text.size() > 64 ? "..." : "");
+        view->sums.first_damaged = view->sums.damaged == 0 ? number : view->sums.first_damaged;
+        view->sums.damaged++;
+    }
+    view->sums.lines += shown ? 1 : 0;
+}
+
+// Shows all lines of the file. One that is too long is cut. False if the file cannot be read to its end.
+static bool show_lines(FILE *file, trace_view *view) {
+    char text[trace_line_max];
+    size_t length = 0;
+    bool whole = true;
+    uint64_t number = 1;
+    int c = 0;
+    while ((c = getc_unlocked(file)) != EOF) {
+        if (c == '\n') {
+            show_line(view, {text, length}, number++, whole);
+            length = 0;
+            whole = true;
+        } else if (length < sizeof text) {
+            text[length++] = static_cast<char>(c);
+        } else {
+            whole = false;
+        }
+    }
+    if (length > 0) {
+        show_line(view, {text, length}, number, whole);
+    }
+    return ferror(file) == 0;
+}
+
+// ---- sums ----
+
+static void print_bus_time(uint64_t bits, uint64_t kilohertz) {
+    const uint64_t us = (bits * 1000 + kilohertz / 2) / kilohertz;
+    printf("%llu.%03llu ms at %llu kHz, ", static_cast<unsigned long long>(us / 1000),
+           static_cast<unsigned long long>(us % 1000), static_cast<unsigned long long>(kilohertz));
+}
+
+static void print_count(const char *what, uint64_t count) {
+    printf("%-8s %8llu", what, static_cast<unsigned long long>(count));
+}
+
+static void print_sums(const trace_sums &sums) {
+    putchar('\n');
+    print_count("lines", sums.lines);
+    printf(" in ");
+    print_seconds(sums.last_us - sums.first_us, 0);
+    printf(" s\n");
+    print_count("writes", sums.writes);
+    printf(" of %llu bytes\n", static_cast<unsigned long long>(sums.written));
+    print_count("reads", sums.reads);
+    printf(" of %llu bytes\n", static_cast<unsigned long long>(sums.read));
+    uint64_t failed = 0;
+    for (const uint64_t count : sums.failed) {
+        failed += count;
+    }
+    print_count("failed", failed);
+    const char *sign = ": ";
+    for (size_t i = 0; i < std::size(outcomes); i++) {
+        if (sums.failed[i] != 0) {
+            printf("%s%llu %s", sign, static_cast<unsigned long long>(sums.failed[i]), outcomes[i].word);
+            sign = ", ";
+        }
+    }
+    putchar('\n');
+    print_count("waits", sums.waits);
+    printf(" of ");
+    print_seconds(sums.waited_us, 0);
+    printf(" s\n");
+    print_count("pauses", sums.pauses);
+    printf(" of ");
+    print_seconds(sums.paused_us, 0);
+    printf(" s\n");
+    printf("bus time ");
+    print_bus_time(sums.bits, 100);
+    print_bus_time(sums.bits, 400);
+    printf("%llu bits\n", static_cast<unsigned long long>(sums.bits));
+}
+
+static int show_trace(FILE *file, const char *name) {
+    static trace_view view;
+    std::ranges::fill(view.tables, int16_t{unknown});
+    printf("%11s%11s  %-6s %-4s %-4s %-6s %-5s %s\n", "time", "gap", "what", "bus", "dev", "table", "reg", "bytes");
+    const bool read = show_lines(file, &view);
+    print_sums(view.sums);
+    const bool written = fflush(stdout) == 0 && ferror(stdout) == 0;
+    const trace_sums &sums = view.sums;
+    if (!written) {
+        fprintf(stderr, "vxtrace: cannot write what is shown: %s\n", strerror(errno));
+    } else if (!read) {
+        fprintf(stderr, "vxtrace: cannot read %s; give it the file \"trace\" of a board\n", name);
+    } else if (sums.damaged != 0) {
+        fprintf(stderr,
+                "vxtrace: %s: %llu %s no sense, the first is line %llu; marked with \"?\", not in the sums\n", name,
+                static_cast<unsigned long long>(sums.damaged), sums.damaged == 1 ? "line makes" : "lines make",
+                static_cast<unsigned long long>(sums.first_damaged));
+    }
+    return read && written && sums.damaged == 0 ? 0 : 2;
+}
+
+int main(int argc, char *argv[]) {
+    if (argc == 2 && (strcmp(argv[1], "--help") == 0 || strcmp(argv[1], "-h") == 0)) {
+        printf("usage: vxtrace FILE\n\nShows a trace, as \"vxboard trace DIR show\" does; - is standard input.\n"
+               "\"vxboard trace --help\" tells more.\n");
+        return 0;
+    }
+    if (argc != 2) {
+        fprintf(stderr, "vxtrace: takes the file of a trace: vxtrace FILE\n");
+        return 2;
+    }
+    FILE *file = strcmp(argv[1], "-") == 0 ? stdin : fopen(argv[1], "re");
+    if (file == nullptr) {
+        fprintf(stderr, "vxtrace: cannot open %s: %s; give it the file \"trace\" of a board\n", argv[1],
+                strerror(errno));
+        return 2;
+    }
+    const int status = show_trace(file, argv[1]);
+    fclose(file);
+    return status;
+}
