@@ -34,15 +34,18 @@ static bool at_end(std::string_view text) {
 bool trace_parse_line(std::string_view text, traced_line *line) {
     const std::string_view time = take_word(&text);
     const size_t point = time.find('.');
+    std::string_view fraction = time;
+    fraction.remove_prefix(point == time.npos ? time.size() : point + 1);
     uint32_t seconds = 0;
     uint32_t micros = 0;
-    if (point == time.npos || time.size() - point != 7 || !to_number(time.substr(0, point), &seconds) ||
-        !to_number(time.substr(point + 1), &micros) || !take_number(&text, &line->process)) {
+    if (fraction.size() != 6 || !to_number(time.substr(0, point), &seconds) || !to_number(fraction, &micros) ||
+        !take_number(&text, &line->process)) {
         return false;
     }
     line->time_us = int64_t{seconds} * 1'000'000 + micros;
     line->kind = take_word(&text);
-    line->rest = text.substr(text.starts_with(' ') ? 1 : 0);
+    text.remove_prefix(text.starts_with(' ') ? 1 : 0);
+    line->rest = text;
     return !line->kind.empty();
 }
 

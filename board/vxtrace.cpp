@@ -2,6 +2,7 @@
 // bus is counted.
 
 #include "trace_line.h"
+#include "trace_sums.h"
 
 #include <algorithm>
 #include <cerrno>
@@ -13,41 +14,6 @@ static constexpr uint32_t device_a0 = 0x50;
 static constexpr uint32_t device_a2 = 0x51;
 static constexpr uint32_t table_select = 0x7F;  // register of A2; those above are the table's
 static constexpr int64_t shortest_pause = 1000; // in microseconds
-
-// Why a transfer failed, and whether the bus saw anything of it. The last row stands for all others.
-struct outcome_row {
-    const char *word;
-    const char *means;
-    bool on_bus;
-};
-
-static constexpr outcome_row outcomes[] = {
-    {"nak", "nothing there acknowledged it", true},
-    {"busy", "the chip was still writing", true},
-    {"fault", "a rule of the board's faults struck", true},
-    {"missing", "the bus is not there", false},
-    {"denied", "no permission for the bus", false},
-    {"refused", "the bus adapter cannot do it", false},
-    {"other", "failed", false},
-};
-
-struct trace_sums {
-    int64_t first_us;
-    int64_t last_us;
-    uint64_t lines;
-    uint64_t writes;
-    uint64_t reads;
-    uint64_t written; // bytes
-    uint64_t read;
-    uint64_t failed[std::size(outcomes)];
-    uint64_t bits;
-    uint64_t waits;
-    int64_t waited_us;
-    uint64_t pauses;
-    int64_t paused_us;
-    uint64_t damaged;
-    uint64_t first_damaged; // its line number
-};
 
 static constexpr int unknown = -1;
 
@@ -66,14 +32,6 @@ static void print_text(std::string_view text) {
         putchar(static_cast<unsigned char>(c) < ' ' || c == 0x7F ? '?'
                                                                  : c); // nothing reaches the terminal's control
     }
-}
-
-static void print_seconds(int64_t us, int width) {
-    const uint64_t size = static_cast<uint64_t>(us < 0 ? -us : us);
-    char text[32];
-    snprintf(text, sizeof text, "%s%llu.%06llu", us < 0 ? "-" : "",
-             static_cast<unsigned long long>(size / 1'000'000), static_cast<unsigned long long>(size % 1'000'000));
-    printf("%*s", width, text);
 }
 
 // The columns in front, without times.
@@ -116,36 +74,6 @@ static void print_times(trace_view *view, const traced_line &line) {
 }
 
 // ---- bus transfers ----
-
-static size_t find_outcome(std::string_view word) {
-    size_t row = 0;
-    while (row < std::size(outcomes) - 1 && word != outcomes[row].word) {
-        row++;
-    }
-    return row;
-}
-
-// Every byte on the bus has nine bits, the acknowledge included; start and stop count as one each.
-static uint64_t bus_bits(const traced_transfer &transfer) {
-    if (transfer.outcome != "ok") {
-        return outcomes[find_outcome(transfer.outcome)].on_bus ? 1 + 9 + 1 : 0;
-    }
-    const uint64_t data = uint64_t{9} * transfer.length;
-    return transfer.write ? 1 + 9 + 9 + data + 1 : 1 + 9 + 9 + 1 + 9 + data + 1;
-}
-
-static void count_transfer(trace_sums *sums, const traced_transfer &transfer) {
-    sums->bits += bus_bits(transfer);
-    if (transfer.outcome != "ok") {
-        sums->failed[find_outcome(transfer.outcome)]++;
-    } else if (transfer.write) {
-        sums->writes++;
-        sums->written += transfer.length;
-    } else {
-        sums->reads++;
-        sums->read += transfer.length;
-    }
-}
 
 // Registers 0x80 and up of A2 show the table that was written to, or read from, the select register last.
 static void follow_table(trace_view *view, const traced_transfer &transfer) {
@@ -196,7 +124,7 @@ static void print_transfer(const trace_view &view, const traced_transfer &transf
             printf("%u %s: ", transfer.length, transfer.length == 1 ? "byte" : "bytes");
         }
         print_text(transfer.outcome);
-        printf(": %s\n", outcomes[find_outcome(transfer.outcome)].means);
+        printf(": %s\n", outcome_means(transfer.outcome));
     }
 }
 
@@ -327,54 +255,7 @@ static bool show_lines(FILE *file, trace_view *view) {
     return ferror(file) == 0;
 }
 
-// ---- sums ----
-
-static void print_bus_time(uint64_t bits, uint64_t kilohertz) {
-    const uint64_t us = (bits * 1000 + kilohertz / 2) / kilohertz;
-    printf("%llu.%03llu ms at %llu kHz, ", static_cast<unsigned long long>(us / 1000),
-           static_cast<unsigned long long>(us % 1000), static_cast<unsigned long long>(kilohertz));
-}
-
-static void print_count(const char *what, uint64_t count) {
-    printf("%-8s %8llu", what, static_cast<unsigned long long>(count));
-}
-
-static void print_sums(const trace_sums &sums) {
-    putchar('\n');
-    print_count("lines", sums.lines);
-    printf(" in ");
-    print_seconds(sums.last_us - sums.first_us, 0);
-    printf(" s\n");
-    print_count("writes", sums.writes);
-    printf(" of %llu bytes\n", static_cast<unsigned long long>(sums.written));
-    print_count("reads", sums.reads);
-    printf(" of %llu bytes\n", static_cast<unsigned long long>(sums.read));
-    uint64_t failed = 0;
-    for (const uint64_t count : sums.failed) {
-        failed += count;
-    }
-    print_count("failed", failed);
-    const char *sign = ": ";
-    for (size_t i = 0; i < std::size(outcomes); i++) {
-        if (sums.failed[i] != 0) {
-            printf("%s%llu %s", sign, static_cast<unsigned long long>(sums.failed[i]), outcomes[i].word);
-            sign = ", ";
-        }
-    }
-    putchar('\n');
-    print_count("waits", sums.waits);
-    printf(" of ");
-    print_seconds(sums.waited_us, 0);
-    printf(" s\n");
-    print_count("pauses", sums.pauses);
-    printf(" of ");
-    print_seconds(sums.paused_us, 0);
-    printf(" s\n");
-    printf("bus time ");
-    print_bus_time(sums.bits, 100);
-    print_bus_time(sums.bits, 400);
-    printf("%llu bits\n", static_cast<unsigned long long>(sums.bits));
-}
+// ---- the whole ----
 
 static int show_trace(FILE *file, const char *name) {
     static trace_view view;
