@@ -40,8 +40,11 @@ static std::string_view read_fields(int board, const char **from) {
     size_t start = 0;
     size = read_bytes(board, "flash/sysinfo", file_bytes);
     size = size < 0 ? -1 : find_store({file_bytes, static_cast<size_t>(size)}, "SYS1", &start);
+    if (size < 0) {
+        return {};
+    }
     *from = " (in flash, not loaded)";
-    return size < 0 ? std::string_view() : std::string_view(file_bytes + start, static_cast<size_t>(size));
+    return {file_bytes + start, static_cast<size_t>(size)};
 }
 
 void show_unit(int board) {

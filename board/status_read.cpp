@@ -47,7 +47,9 @@ shown_attribute read_attribute(int board, const char *path) {
     if (length > 0 && text[length - 1] == '\n') {
         length--;
     }
-    if (length < sizeof shown.text && is_printable({text, length})) {
+    if (length == 0) {
+        strcpy(shown.text, "empty");
+    } else if (length < sizeof shown.text && is_printable({text, length})) {
         memcpy(shown.text, text, length);
         shown.text[length] = '\0';
         shown.ok = true;

@@ -30,7 +30,11 @@ def view(request, environment, monkeypatch):
     (["run", "--fast", "full", "true"], "no option --fast"),
     (["run", "made", "--"], "a command after the board"),
     (["power-cycle", "full"], "full is not a board"),
-    (["power-cycle", "linked"], "linked is not a board"),
+    (["power-cycle", "linked"], "linked is not a board: unit/tmp in it is a link"),
+    (["status", "full"], "no directory i2c in it"),
+    (["trace", "made", "of"], 'does not know "of"'),
+    (["faults", "made", "clear", "all"], "takes no words"),
+    (["help", "fly"], 'no subcommand "fly"'),
 ])
 def test_errors_are_one_line_and_change_nothing(environment, tmp_path, monkeypatch, words, says):
     monkeypatch.chdir(tmp_path)
