@@ -42,6 +42,7 @@ load_operations() {
 find_alike() {
     local word=${1,,} name other best=0 head tail least
     hint=
+    ((${#word} >= 5)) || return 0 # a few letters are in every name
     for name in "${operations[@]}"; do
         other=${name,,}
         least=$((${#word} < ${#other} ? ${#word} : ${#other}))
@@ -51,7 +52,7 @@ find_alike() {
         for ((tail = 0; tail < least - head; tail++)); do
             [[ ${word: -1-tail:1} == "${other: -1-tail:1}" ]] || break
         done
-        # Both count: what of the word is explained, and how much of the name is.
+        # Three quarters of the word have to be in it.
         if ((head + tail > best && 4 * (head + tail) >= 3 * ${#word})); then
             best=$((head + tail))
             hint="; did you mean $name?"
@@ -62,7 +63,9 @@ find_alike() {
 # Sets $number to the number $1, as C reads it. False if it is none from 0 to $number_max.
 read_number() {
     number=
-    [[ $1 =~ ^\+?(0[xX][0-9a-fA-F]{1,15}|0[0-7]{0,15}|[1-9][0-9]{0,15})$ ]] && number=$(($1)) && ((number <= number_max))
+    [[ $1 =~ ^\+?(0[xX][0-9a-fA-F]{1,15}|0[0-7]{0,15}|[1-9][0-9]{0,15})$ ]] || return
+    number=$(($1))
+    ((number <= number_max))
 }
 
 # Sets $wrong to what is wrong with the rule, empty if nothing is. A rule without words is a comment.
@@ -129,7 +132,8 @@ list_faults() {
         read -ra words <<<"${line%%#*}"
         check_rule "${words[@]}"
         ((${#line} <= fault_line_max)) || wrong="longer than $fault_line_max characters"
-        printf '%s%s\n' "${line//[![:print:]]/?}" "${wrong:+   <- never strikes: $wrong}"
+        line+=${wrong:+"   <- never strikes: $wrong"}
+        printf '%s\n' "${line//[![:print:]]/?}"
     done
     [[ ${#armed[@]} -gt 0 ]] || echo 'no faults'
 }

@@ -52,7 +52,13 @@ vxboard_trace() {
                 : >>"$on"
             fi || fail "cannot write in $1"
             ;;
-        off) [[ ! -f $on ]] || mv -T -- "$on" "$kept" || fail "cannot write in $1" ;;
+        off)
+            if [[ -f $on && -f $kept ]]; then # switched on by hand meanwhile
+                cat -- "$on" >>"$kept" && rm -f -- "$on"
+            elif [[ -f $on ]]; then
+                mv -T -- "$on" "$kept"
+            fi || fail "cannot write in $1"
+            ;;
         clear)
             rm -f -- "$kept" || fail "cannot write in $1"
             [[ ! -f $on ]] || : >"$on" || fail "cannot write $on"

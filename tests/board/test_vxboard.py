@@ -31,7 +31,7 @@ def view(request, environment, monkeypatch):
     (["run", "made", "--"], "a command after the board"),
     (["power-cycle", "full"], "full is not a board"),
     (["power-cycle", "linked"], "linked is not a board: unit/tmp in it is a link"),
-    (["status", "full"], "no directory i2c in it"),
+    (["status", "half"], "half is a half-made board: no directory i2c in it"),
     (["trace", "made", "of"], 'does not know "of"'),
     (["faults", "made", "clear", "all"], "takes no words"),
     (["help", "fly"], 'no subcommand "fly"'),
@@ -39,6 +39,7 @@ def view(request, environment, monkeypatch):
 def test_errors_are_one_line_and_change_nothing(environment, tmp_path, monkeypatch, words, says):
     monkeypatch.chdir(tmp_path)
     (tmp_path / "full").mkdir()
+    (tmp_path / "half/unit").mkdir(parents=True)
     (tmp_path / "full" / "file").write_text("kept")
     assert execute(VXBOARD, "new", "ux3361", "made").status == 0
     assert execute(VXBOARD, "new", "ux3361", "linked").status == 0
