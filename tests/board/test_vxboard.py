@@ -68,6 +68,13 @@ def test_run(view, board, tmp_path, monkeypatch, script, expected):
     assert board("ux3361").sh(script, wait=True, stdin="from the caller") == (*expected, "")
 
 
+def test_nothing_in_a_board_leads_out_of_it(view, board):
+    unit = board("ux3361")
+    assert unit.sh("cd /etc/alternatives && ls awk && awk 'BEGIN { print 1 }'") == (0, "awk\n1\n", "")
+    links = [entry for entry in unit.path.rglob("*") if entry.is_symlink()]
+    assert links and not any(link.exists() for link in links)
+
+
 def test_command_that_cannot_run(view, board):
     unit = board("ux3361")
     assert unit.run("no-such-command", stderr=None).status == 127
