@@ -6,6 +6,7 @@
 #include <cstdint>
 #include <span>
 
+#include "bob/bob_checksum.h"
 #include "bob/bob_image.h"
 
 // The number in the chip type file. It indexes bosaChips.
@@ -95,9 +96,10 @@ struct bob_table_rule_s {
 
 struct bob_chip_s {
     const char *name;
-    const bob_image_s *image = nullptr; // null: the chip has no calibration record
-    const char *default_file = nullptr; // factory default text file, null without a record
-    const char *save_name = nullptr;    // the name that `save` complains under
+    const bob_image_s *image = nullptr;       // null: the chip has no calibration record
+    const bob_check_plan_s *checks = nullptr; // of its image; null: only those of the pages
+    const char *default_file = nullptr;       // factory default text file, null without a record
+    const char *save_name = nullptr;          // the name that `save` complains under
     bob_paging paging = bob_paging::none;
     bob_identity_s identity = {};
     bob_eeprom_flag_s eeprom = {};

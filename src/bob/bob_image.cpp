@@ -145,36 +145,30 @@ static constexpr bob_read_row_s GN28L95_READ[] = {
 static constexpr bob_transient_reg_s GN_TRANSIENT = {2, 0xC4, offsetof(bob_data_gn_s, st_lut2) + 0xC4 - LUT};
 
 template <typename Record>
-static constexpr bob_image_s image_of(const char *type_name, Record &record,
-                                      std::span<const bob_section_s> sections,
-                                      std::span<const bob_read_row_s> read_order,
-                                      int32_t (*check)(int32_t chip_type), bob_transient_reg_s transient = {}) {
-    return {type_name,  &record, sizeof(Record), offsetof(Record, a0), offsetof(Record, a2_low), sections,
-            read_order, check,   transient};
+static constexpr bob_image_s
+image_of(const char *type_name, Record &record, std::span<const bob_section_s> sections,
+         std::span<const bob_read_row_s> read_order, bob_transient_reg_s transient = {}) {
+    return {type_name, &record,    sizeof(Record), offsetof(Record, a0), offsetof(Record, a2_low),
+            sections,  read_order, transient};
 }
 
-constinit const bob_image_s bob_image_ux =
-    image_of("bob_data_ux_s", g_st_ux_data, UX_SECTIONS, UX_READ, [](int32_t) { return check_ux_data(); });
+constinit const bob_image_s bob_image_ux = image_of("bob_data_ux_s", g_st_ux_data, UX_SECTIONS, UX_READ);
 
 constinit const bob_image_s bob_image_ux3320s =
-    image_of("bob_data_ux3320s_s", g_st_ux3320s_data, UX3320S_SECTIONS, UX3320S_READ,
-             [](int32_t) { return check_ux3320s_data(); });
+    image_of("bob_data_ux3320s_s", g_st_ux3320s_data, UX3320S_SECTIONS, UX3320S_READ);
 
 // The whole family reports under the UX3361's name: stations match on it.
 constinit const bob_image_s bob_image_ux336x =
-    image_of("bob_data_ux3361_s", g_st_ux336x_data, UX336X_SECTIONS, UX336X_READ, check_ux336x_data);
+    image_of("bob_data_ux3361_s", g_st_ux336x_data, UX336X_SECTIONS, UX336X_READ);
 
-constinit const bob_image_s bob_image_gn = image_of(
-    "bob_data_gn_s", g_st_gn_data, GN_SECTIONS, GN_READ, [](int32_t) { return check_gn25l95_data(); },
-    GN_TRANSIENT);
+constinit const bob_image_s bob_image_gn =
+    image_of("bob_data_gn_s", g_st_gn_data, GN_SECTIONS, GN_READ, GN_TRANSIENT);
 
 constinit const bob_image_s bob_image_gn28l97 =
-    image_of("bob_data_gn28l97_s", g_st_gn28l97_data, GN28L97_SECTIONS, GN28L97_READ,
-             [](int32_t) { return check_gn28l97_data(); });
+    image_of("bob_data_gn28l97_s", g_st_gn28l97_data, GN28L97_SECTIONS, GN28L97_READ);
 
 constinit const bob_image_s bob_image_gn28l95 =
-    image_of("bob_data_gn28l95_s", g_st_gn28l95_data, GN28L95_SECTIONS, GN28L95_READ,
-             [](int32_t) { return check_gn28l95_data(); });
+    image_of("bob_data_gn28l95_s", g_st_gn28l95_data, GN28L95_SECTIONS, GN28L95_READ);
 
 // Every row stays inside its record.
 template <typename Record, typename Rows>
@@ -233,5 +227,5 @@ int32_t read_data_from_file(const char *path, int32_t chip_type) {
                int{image->size}, static_cast<int>(count));
         return -1;
     }
-    return image->check(chip_type);
+    return bob_check_image(chip_type);
 }

@@ -147,7 +147,6 @@ struct bob_image_s {
     uint16_t a2_low;                         // offset of the 128 registers of A2 lower
     std::span<const bob_section_s> sections; // keywords in test order
     std::span<const bob_read_row_s> read_order;
-    int32_t (*check)(int32_t chip_type); // 0, or -1 after a message
     bob_transient_reg_s transient;
 };
 

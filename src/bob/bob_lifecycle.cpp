@@ -1,6 +1,7 @@
 #include "bob/bob_lifecycle.h"
 
 #include "bob/bob_bus.h"
+#include "bob/bob_checksum.h"
 #include "bob/bob_chip.h"
 #include "bob/bob_identify.h"
 #include "bob/bob_image.h"
@@ -159,7 +160,7 @@ static int32_t read_back(const bob_chip_s &chip, int32_t chip_type) {
         printf("read data from %s fail.\n", chip.save_name);
         return result;
     }
-    result = chip.image->check(chip_type);
+    result = bob_check_image(chip_type);
     if (result != 0) {
         printf("%s data not correct.\n", chip.save_name);
     }

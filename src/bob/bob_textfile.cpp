@@ -1,5 +1,6 @@
 #include "bob/bob_textfile.h"
 
+#include "bob/bob_checksum.h"
 #include "bob/bob_chip.h"
 
 #include <algorithm>
@@ -72,5 +73,5 @@ int32_t read_data_from_default_file(const char *path, int32_t chip_type) {
         section = bob_take_line(line, image->sections, section, record);
     }
     fclose(file);
-    return image->check(chip_type);
+    return bob_check_image(chip_type);
 }

@@ -61,7 +61,7 @@ TEST(Checksums, CoverExactlyTheseBytes) {
             }
             record[offset] = static_cast<uint8_t>(record[offset] + 1);
             testing::internal::CaptureStdout();
-            const bool refused = image.check(row.type) != 0;
+            const bool refused = bob_check_image(row.type) != 0;
             const std::string text = testing::internal::GetCapturedStdout();
             if (refused != covered[offset] || refused == text.empty()) {
                 wrong.push_back(offset);
@@ -100,7 +100,7 @@ TEST(Checksums, Messages) {
             record[offset] = value;
         }
         testing::internal::CaptureStdout();
-        const int32_t result = image.check(row.type);
+        const int32_t result = bob_check_image(row.type);
         EXPECT_EQ(testing::internal::GetCapturedStdout(), row.text);
         EXPECT_EQ(result, -1) << row.text;
     }
