@@ -33,7 +33,7 @@ std::optional<bob_assignment_s> bob_parse_assignment(const char *line) {
     if (!reg || !value) {
         return std::nullopt;
     }
-    return bob_assignment_s{*reg, static_cast<uint8_t>(*value)};
+    return bob_assignment_s{*reg, *value};
 }
 
 const bob_section_s *bob_take_line(const char *line, std::span<const bob_section_s> sections,
@@ -49,7 +49,7 @@ const bob_section_s *bob_take_line(const char *line, std::span<const bob_section
     }
     const uint64_t index = assignment->reg - section->first_reg;
     if (index < section->size) {
-        record[section->offset + index] = assignment->value;
+        record[section->offset + index] = static_cast<uint8_t>(assignment->value);
     }
     return section;
 }

@@ -10,7 +10,7 @@
 
 struct bob_assignment_s {
     uint64_t reg;
-    uint8_t value; // the low 8 bits of the number in the file
+    uint64_t value; // its low 8 bits are what is stored
 };
 
 // A data line ("0x10=0x5A;") as register and value; nothing for a line that is none: no ";" before trailing

@@ -12,7 +12,7 @@ TEST(TextFile, DataLines) {
     static const line_case cases[] = {
         {"16=032;\n", {{16, 26}}},
         {"0x10=0x5A; a comment; 1=2;\r\n", {{0x10, 0x5A}}},
-        {"0x10=0x1FF;\n", {{0x10, 0xFF}}},
+        {"0x10=0x1FF;\n", {{0x10, 0x1FF}}},
         {"0x10=0x5A\n", {}},
         {"0x10=0x5A", {{0x10, 0x5A}}}, // the file's last line: nothing trails
         {"0x10 =0x20;\n", {}},
@@ -44,7 +44,7 @@ struct section_case {
 TEST(TextFile, SectionsAndTheirBounds) {
     static const section_case cases[] = {
         {&bob_image_ux, {"0x10=0x5A;"}, {}}, // no keyword yet
-        {&bob_image_ux, {"a0_tab", "0=0x5A;", "0xff=0x5A;", "0x100=0x5A;", "-1=0x5A;"}, {0, 255}},
+        {&bob_image_ux, {"a0_tab", "0=0x5A;", "0xff=0x15A;", "0x100=0x5A;", "-1=0x5A;"}, {0, 255}},
         {&bob_image_ux, {"## a2_lut3 table", "0x80=0x5A;", "0x7f=0x5A;", "0xff=0x5A;", "0x100=0x5A;"}, {384, 511}},
         {&bob_image_ux, {"a2_bias 0x90=0x5A;", "0x81=0x5A;"}, {512 + 1}}, // a keyword's line carries no data
         {&bob_image_ux, {"a2_apd a2_mod", "0x80=0x5A;"}, {640}},          // the first in test order wins
