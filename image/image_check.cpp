@@ -8,13 +8,13 @@
 
 // ---- check ----
 
-static void say_what_it_is(const image_s &image) {
+static void say_what_it_is(const image_s &image, FILE *log) {
     const chip_set others = image.chips & ~(chip_set{1} << image.chip_type);
-    printf("%s: %s of %s", image.name, image.is_text ? "text" : "record", chip_names(image.chips));
+    fprintf(log, "%s: %s of %s", image.name, image.is_text ? "text" : "record", chip_names(image.chips));
     if (others != 0 && bob_chip(image.chip_type).checks != nullptr) {
-        printf(", checked as %s", bob_chip(image.chip_type).name);
+        fprintf(log, ", checked as %s", bob_chip(image.chip_type).name);
     }
-    printf("\n");
+    fprintf(log, "\n");
 }
 
 static void note_missing_registers(const image_s &image) {
@@ -29,13 +29,12 @@ static void note_missing_registers(const image_s &image) {
     }
 }
 
-static const char *section_at(const image_s &image, size_t offset) {
-    for (const bob_section_s &section : image.layout().sections) {
-        if (offset >= section.offset && offset < size_t{section.offset} + section.size) {
-            return section.keyword;
-        }
-    }
-    return "";
+// The section of a checked byte or of a table's sum: there is one.
+static const bob_section_s &section_at(const image_s &image, size_t offset) {
+    const auto holds = [&](const bob_section_s &section) {
+        return offset >= section.offset && offset < size_t{section.offset} + section.size;
+    };
+    return *std::ranges::find_if(image.layout().sections, holds);
 }
 
 static void note_stale_sums(const image_s &image) {
@@ -43,7 +42,7 @@ static void note_stale_sums(const image_s &image) {
         const uint8_t stored = image.record()[sum.offset];
         if (stored != sum.wanted) {
             printf("%s: note: chksum of %s 0x%02x, vxcli loads it as 0x%02x\n", image.name,
-                   section_at(image, sum.offset), stored, sum.wanted);
+                   section_at(image, sum.offset).keyword, stored, sum.wanted);
         }
     }
 }
@@ -53,7 +52,7 @@ static int check_file(const char *path, chip_set chips) {
     if (image == nullptr) {
         return EXIT_UNUSABLE;
     }
-    say_what_it_is(*image);
+    say_what_it_is(*image, stdout);
     for (const bob_check_s &check : bob_list_checks(image->chip_type).checks()) {
         const uint8_t stored = image->record()[check.offset];
         printf("%s: %s 0x%02x, ", path, check.name, stored);
@@ -106,8 +105,8 @@ static changes_s find_changes(const image_s &image, FILE *log) {
     for (const bob_table_sum_s &sum : list.sums()) {
         const uint8_t stored = image.record()[sum.offset];
         if (stored != sum.wanted) {
-            fprintf(log, "%s: chksum of %s 0x%02x -> 0x%02x\n", image.name, section_at(image, sum.offset), stored,
-                    sum.wanted);
+            fprintf(log, "%s: chksum of %s 0x%02x -> 0x%02x\n", image.name, section_at(image, sum.offset).keyword,
+                    stored, sum.wanted);
             result.change[result.count++] = {sum.offset, sum.wanted};
         }
     }
@@ -132,12 +131,9 @@ static void put_text(const image_s &image, std::span<change_s> changes) {
         output.add("\n");
     }
     for (const change_s &change : std::span(changes.begin(), first_set)) {
-        for (const bob_section_s &section : image.layout().sections) {
-            if (section.keyword == section_at(image, change.offset)) {
-                output.add_format("%s\n0x%02X=0x%02X;\n", section.keyword,
-                                  change.offset - section.offset + section.first_reg, change.value);
-            }
-        }
+        const bob_section_s &section = section_at(image, change.offset);
+        output.add_format("%s\n0x%02X=0x%02X;\n", section.keyword,
+                          change.offset - section.offset + section.first_reg, change.value);
     }
 }
 
@@ -160,6 +156,7 @@ int command_fix(const options_s &options, std::span<char *const> words) {
                  chip_names(image->chips));
         return EXIT_UNUSABLE;
     }
+    say_what_it_is(*image, log);
     changes_s changes = find_changes(*image, log);
     const std::span<change_s> list = std::span(changes.change).first(changes.count);
     if (list.empty()) {

@@ -144,7 +144,7 @@ static const char *sizes_of(chip_set chips) {
 static bool take_record(image_s &image, chip_set chips) {
     image.chips = chips & chips_of_size(image.contents.size());
     if (image.chips == 0) {
-        complain("%s: %zu bytes are no image: it has %s", image.name, image.contents.size(), sizes_of(chips));
+        complain("%s: %zu bytes are no image: a record has %s", image.name, image.contents.size(), sizes_of(chips));
         return false;
     }
     memcpy(bob_chip(first_of(image.chips)).image->record, image.contents.data(), image.contents.size());

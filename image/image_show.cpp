@@ -40,7 +40,7 @@ static void show_file_bytes(const image_s &image, size_t offset, size_t count) {
         printf("  in files only: %zu bytes, all 00\n", count);
         return;
     }
-    printf("  in files only: %zu bytes, by place in the file:\n", count);
+    printf("  in files only: %zu bytes, by place in the record:\n", count);
     dump(bytes, offset, offset, {});
 }
 
@@ -59,7 +59,7 @@ static void show_title(const bob_section_s &section, const section_registers_s &
         printf("\nA table of files only, never in the chip");
         break;
     }
-    printf(" (%s), at %d in the file\n", section.keyword, section.offset);
+    printf(" (%s), at %d in the record\n", section.keyword, section.offset);
 }
 
 static void show_section(const image_s &image, const bob_checks_s &list, const bob_section_s &section) {
@@ -101,7 +101,7 @@ int command_show(const options_s &options, std::span<char *const> words) {
         end = std::max(end, size_t{section.offset} + section.size);
     }
     if (end < image->record().size()) {
-        printf("\nBehind the tables, at %zu in the file\n", end);
+        printf("\nBehind the tables, at %zu in the record\n", end);
         show_file_bytes(*image, end, image->record().size() - end);
     }
     return EXIT_GOOD;

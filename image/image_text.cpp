@@ -94,9 +94,8 @@ struct text_reader {
     va_start(words, format);
     vsnprintf(what, sizeof what, format, words);
     va_end(words);
-    if (reader.faults++ < FAULT_LIMIT) {
-        complain("%s:%u: %s", reader.name, reader.line.number, what);
-    }
+    complain("%s:%u: %s", reader.name, reader.line.number, what);
+    reader.faults++;
 }
 
 static bool is_comment(const char *line) {
@@ -199,15 +198,15 @@ bool text_take(const char *name, std::string_view text, const bob_image_s &layou
     std::ranges::fill(bob_record(layout), uint8_t{0});
     places = {};
     text_reader reader = {.name = name, .text = text, .layout = layout, .places = places};
-    while (next_line(text, reader.line)) {
+    while (reader.faults < FAULT_LIMIT && next_line(text, reader.line)) {
         if (is_readable(reader)) {
             char line[LINE_LIMIT + 1] = {};
             memcpy(line, reader.line.text.data(), reader.line.text.size());
             take_line(reader, line);
         }
     }
-    if (reader.faults > FAULT_LIMIT) {
-        complain("%s: and %u faults more", name, reader.faults - FAULT_LIMIT);
+    if (reader.faults >= FAULT_LIMIT) {
+        complain("%s: is not read any further", name);
     }
     return reader.faults == 0;
 }

@@ -4,6 +4,8 @@
 #include <cstdarg>
 #include <cstdio>
 #include <cstring>
+#include <fcntl.h>
+#include <unistd.h>
 
 static constexpr char USAGE[] = R"(usage: vximage show [--chip NAME] FILE
        vximage check [--chip NAME] FILE...
@@ -35,16 +37,16 @@ not in the chip, follow their table: its chksum byte and what is reserved.
 
 static constexpr char USAGE_CHECK[] = R"(usage: vximage check [--chip NAME] FILE...
 
-Makes every check that vxcli makes before it trusts an image, one line each. Lines that begin with "note:" do not
-count: about chksum bytes, which vxcli computes anew when it loads an image, and about registers that a text file
-leaves out, which are loaded as 0x00. An image of a UX3361, UX3362S or UX3365 is checked as the one that it fits.
+Makes every check that vxcli makes before it trusts an image, one line each. Lines with "note:" do not count: about
+chksum bytes, which vxcli computes anew when it loads an image, and about registers that a text file leaves out, which
+are loaded as 0x00. An image of a UX3361, UX3362S or UX3365 is checked as the one that it fits.
 
 A text file consists of sections: a line with a keyword (a0_tab, a2_lower, a2_mod ...) and then lines "0x10=0x5A;".
-Numbers may be hexadecimal, decimal or octal (leading 0). Empty lines, lines that begin with ";", "#" or "//" and
-anything behind the ";" are comments. What vxcli would skip or misread is an error here: a line that is none of these,
-a blank beside "=", a missing ";", a register outside its section, before the first section or set twice, a value above
-0xFF, a second assignment on a line, a keyword beside other data or in a comment, an unknown keyword, a control
-character, a line of more than 127 characters.
+Numbers may be hexadecimal, decimal or octal (leading 0). Empty lines, lines that begin with ";", "#" or "//" and hold
+no keyword, and anything behind the ";" are comments. What vxcli would skip or misread is an error here: a line that is
+none of these, a blank beside "=", a missing ";", a register outside its section, before the first section or set
+twice, a value above 0xFF, a second assignment on a line, an unknown keyword, a keyword on a line with "=" or ";", two
+keywords on a line, a control character, a line of more than 127 characters.
 
 Exit status: 0 all images are right; 1 a checksum is wrong; 2 a FILE is no image.
 )";
@@ -171,6 +173,13 @@ static int dispatch(std::span<char *> words) {
 }
 
 int main(int argc, char *argv[]) {
+    // A standard stream that is closed must not become the image's file.
+    for (int fd = 0; fd >= 0 && fd <= STDERR_FILENO;) {
+        fd = open("/dev/null", O_RDONLY);
+        if (fd > STDERR_FILENO) {
+            close(fd);
+        }
+    }
     const int status = dispatch(std::span(argv, static_cast<size_t>(argc)).subspan(argc > 0 ? 1 : 0));
     if (fflush(stdout) != 0 || ferror(stdout) != 0) {
         complain("cannot write to standard output");

@@ -30,7 +30,7 @@ inline std::string_view slice(std::string_view text, size_t start, size_t end = 
 
 // ---- files ----
 
-inline constexpr size_t FILE_LIMIT = 256 * 1024; // many times the largest text file
+inline constexpr size_t FILE_LIMIT = size_t{256} * 1024; // many times the largest text file
 
 // All of the file ("-": standard input), in a buffer that the next call overwrites. Nothing after a complaint.
 std::optional<std::string_view> file_read(const char *path);
