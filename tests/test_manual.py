@@ -34,7 +34,7 @@ def test_the_page_of_vxcli_has_its_groups_and_commands():
         assert sorted(commands) == sorted(set(listed(group)) - {"help"}), group
 
 
-@pytest.mark.parametrize("program", ["vxboard"])
+@pytest.mark.parametrize("program", ["vxboard", "vximage"])
 def test_the_pages_of_the_programs_have_their_forms(program):
     page = (ROOT / f"docs/man/{program}.1.scd").read_text()
     synopsis = re.sub(r"[*_]|\+\+", "", re.search(r"\n# SYNOPSIS\n\n(.*?)\n\n", page, re.S)[1]).splitlines()
@@ -48,7 +48,7 @@ def test_the_pages_of_the_programs_have_their_forms(program):
 
 
 @pytest.mark.skipif(not shutil.which("scdoc") or not shutil.which("groff"), reason="needs scdoc and groff")
-@pytest.mark.parametrize("page", ["man1/vxcli.1", "man1/vxboard.1", "man5/vxboard-directory.5"])
+@pytest.mark.parametrize("page", ["man1/vxcli.1", "man1/vxboard.1", "man1/vximage.1", "man5/vxboard-directory.5"])
 def test_pages_are_clean(page):
     status, out, err = execute("groff", "-man", "-t", "-ww", "-Tascii", "-P-cbou", BUILD / "share/man" / page)
     assert (status, err) == (0, "")
@@ -89,6 +89,8 @@ def test_completion(shell):
         (["vxboard", "faults", "unit", "add", "x", ""], execute(BUILD / "bin/vxboard", "faults", "--list").out.split()),
         (["vxboard", "run", "--no-wait", "unit", "--", "vxcli", "mirror", ""],
          ["enable", "disable", "help"] if shell is bash else ["vxcli", "3"]),
+        (["vximage", ""], ["show", "check", "convert", "fix"]), (["vximage", "convert", "a", "--"], ["--chip", "--drop"]),
     ]:
         assert shell(*words) == offered, words
     assert "ux3361-eeprom" in shell("vxboard", "new", "")
+    assert {"UX3320", "UX3365"} < set(shell("vximage", "fix", "--chip", ""))
