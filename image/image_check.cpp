@@ -38,7 +38,8 @@ static const bob_section_s &section_at(const image_s &image, size_t offset) {
 }
 
 static void note_stale_sums(const image_s &image) {
-    for (const bob_table_sum_s &sum : bob_list_checks(image.chip_type).sums()) {
+    const bob_checks_s list = bob_list_checks(image.chip_type);
+    for (const bob_table_sum_s &sum : list.sums()) {
         const uint8_t stored = image.record()[sum.offset];
         if (stored != sum.wanted) {
             printf("%s: note: chksum of %s 0x%02x, vxcli loads it as 0x%02x\n", image.name,
@@ -53,14 +54,15 @@ static int check_file(const char *path, chip_set chips) {
         return EXIT_UNUSABLE;
     }
     say_what_it_is(*image, stdout);
-    for (const bob_check_s &check : bob_list_checks(image->chip_type).checks()) {
+    const bob_checks_s list = bob_list_checks(image->chip_type);
+    for (const bob_check_s &check : list.checks()) {
         const uint8_t stored = image->record()[check.offset];
         printf("%s: %s 0x%02x, ", path, check.name, stored);
         printf(stored == check.wanted ? "right\n" : "wrong: should be 0x%02x\n", check.wanted);
     }
     if (image->rival >= 0) {
-        const bob_checks_s list = bob_list_checks(image->rival);
-        const bob_check_s &total = list.checks().back();
+        const bob_checks_s rival = bob_list_checks(image->rival);
+        const bob_check_s &total = rival.checks().back();
         printf("%s: note: of a %s, %s should be 0x%02x\n", path, bob_chip(image->rival).name, total.name,
                total.wanted);
     }

@@ -182,7 +182,8 @@ image_s *image_load(const char *path, chip_set chips) {
     choose_chip(loaded);
     if (loaded.is_text) {
         // As vxcli does. What a text says about these bytes itself is kept: they come from a record.
-        for (const bob_table_sum_s &sum : bob_list_checks(loaded.chip_type).sums()) {
+        const bob_checks_s list = bob_list_checks(loaded.chip_type);
+        for (const bob_table_sum_s &sum : list.sums()) {
             if (loaded.places[sum.offset] == 0) {
                 loaded.record()[sum.offset] = sum.wanted;
             }

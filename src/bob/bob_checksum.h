@@ -31,8 +31,11 @@ struct bob_table_sum_s {
 };
 
 struct bob_checks_s {
-    std::span<const bob_check_s> checks() const { return {check, check_count}; } // in the tool's order
-    std::span<const bob_table_sum_s> sums() const { return {sum, sum_count}; }
+    std::span<const bob_check_s> checks() const & { return {check, check_count}; } // in the tool's order
+    std::span<const bob_table_sum_s> sums() const & { return {sum, sum_count}; }
+    // A list that is only passing by would be gone before its first row is looked at.
+    std::span<const bob_check_s> checks() const && = delete;
+    std::span<const bob_table_sum_s> sums() const && = delete;
 
     bob_check_s check[6];
     bob_table_sum_s sum[7];
