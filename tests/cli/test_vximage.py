@@ -159,6 +159,7 @@ def test_unusable_input(tmp_path):
             (["check", "--chip", "UX3326", path], "no chip \"UX3326\""), (["show", tmp_path], "is a directory"),
             (["show", tmp_path / "none"], "No such file"), (["show", tmp_path / "fifo"], "is no regular file"),
             (["show", "/dev/null"], "is no regular file"), (["show", "-"], "is empty"), (["fix"], "usage: vximage fix"),
+            (["show", path, path], "usage: vximage show"),
             (["convert", "--chip", "ux3320", path, tmp_path / "fifo"], "is no regular file"), (["mend", path], "unknown command"),
             (["convert", "--chip", "ux3320", path, tmp_path / "link"], "No such file"), (["show", "--chip"], "a name must")]:
         status, out, err = vximage(*words)
