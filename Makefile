@@ -2,12 +2,13 @@
 PRESET ?= dev
 PYTEST = VXCLI_BUILD=build/$(PRESET) /usr/bin/python3 -m pytest -n auto tests
 
-.PHONY: help setup build demo test asan lint
+.PHONY: help setup build demo test asan package lint
 help:
 	@echo 'make demo    calibrate the transceiver of a virtual unit, showing each command'
 	@echo 'make test    build and run all tests'
 	@echo 'make build   build into build/dev; PRESET=release, PRESET=asan: another preset'
 	@echo 'make asan    all tests with the address and undefined-behaviour sanitizers'
+	@echo 'make package Debian packages of the release'
 	@echo 'make lint    check format and style'
 	@echo 'make setup   install what these need (each of them does so by itself)'
 
@@ -25,6 +26,10 @@ test: build
 
 asan:
 	@$(MAKE) --no-print-directory test PRESET=asan
+
+package: PRESET = release
+package: setup
+	@scripts/package $(PRESET)
 
 lint: build
 	@scripts/setup --ci

@@ -1,6 +1,7 @@
 """What the tests run on: virtual boards, made and driven by the vxboard of the build tree under test.
 
-VXCLI_BUILD names the build tree (default: build/dev), VXBOARD_VIEW what makes the boards' views.
+VXCLI_BUILD names the build tree (default: build/dev), VXBOARD_VIEW what makes the boards' views. What cannot be
+tested in a tree of scripts/qemu-tree is marked @native.
 
     def test_something(board):
         unit = board("ux3361")                       # a fresh board of this profile
@@ -22,6 +23,11 @@ import pytest
 ROOT = Path(__file__).resolve().parent.parent
 BUILD = (ROOT / os.environ.get("VXCLI_BUILD", "build/dev")).resolve()
 VXBOARD = BUILD / "bin" / "vxboard"
+# Where the programs and libraries themselves are: in a tree of scripts/qemu-tree another architecture's.
+GUEST = BUILD / "lib" / "guest" / ".vxboard"
+OBJECTS = GUEST if GUEST.exists() else BUILD
+SANITIZED = VXBOARD.exists() and "VXCLI_SANITIZE:BOOL=ON" in (BUILD / "CMakeCache.txt").read_text()
+native = pytest.mark.skipif(GUEST.exists(), reason="needs vxcli or the library as the host's own program")
 
 
 class Result(NamedTuple):
@@ -105,7 +111,7 @@ def environment(tmp_path_factory):
     probe = Board("ux3361", tmp_path_factory.mktemp("probe") / "board")
     # vxboard finds out what can make a view: once, instead of at every run.
     os.environ["VXBOARD_VIEW"] = probe.run("printenv", "VXBOARD_VIEW").out.strip()
-    if "VXCLI_SANITIZE:BOOL=ON" in (BUILD / "CMakeCache.txt").read_text():
+    if SANITIZED:
         # The clock is preloaded in front of the sanitizer's runtime, which is inside the programs. The leak check
         # attaches to the process, which a process under proot does not allow.
         leaks = os.environ["VXBOARD_VIEW"] != "proot"

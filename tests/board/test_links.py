@@ -4,11 +4,11 @@ import ctypes
 
 import pytest
 
-from conftest import BUILD
+from conftest import BUILD, SANITIZED, native
 from links import attributes, changed
-from test_libraries import SANITIZED
 
 
+@native
 @pytest.mark.skipif(SANITIZED, reason="the sanitizers' runtime is in the programs")
 def test_refusals(board, monkeypatch):
     unit = board("ux3361")

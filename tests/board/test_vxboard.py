@@ -7,7 +7,7 @@ import time
 
 import pytest
 
-from conftest import BUILD, VXBOARD, execute
+from conftest import VXBOARD, execute
 
 bwrap_works = subprocess.run(["bwrap", "--dev-bind", "/", "/", "true"], stderr=subprocess.DEVNULL).returncode == 0
 
@@ -138,12 +138,3 @@ def test_power_cycle(board, profile, eeprom):
     assert (bus / "table").read_text() == "0\n" and not (bus / "busy").exists()
     assert [list(unit.unit(name).iterdir()) for name in ("var", "tmp")] == [[], []]
     assert unit.unit("etc/x").exists() and unit.unit("userconfig/config/x").exists()
-
-
-def test_installed_tree_through_a_link(environment, tmp_path):
-    assert execute("cmake", "--install", BUILD, "--prefix", tmp_path / "usr").status == 0
-    link = tmp_path / "vxboard"
-    link.symlink_to("usr/bin/vxboard")
-    assert execute(link, "new", "ux3361", tmp_path / "unit") == (0, "", "")
-    assert execute(link, "run", "--no-wait", tmp_path / "unit", "vxcli", "bob", "read_reg", "0x51", "0x80",
-                   stdin="").err == ""
