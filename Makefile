@@ -2,13 +2,14 @@
 PRESET ?= dev
 PYTEST = VXCLI_BUILD=build/$(PRESET) /usr/bin/python3 -m pytest -n auto tests
 
-.PHONY: help setup build demo test asan package lint
+.PHONY: help setup build demo test asan arm64 package lint
 help:
 	@echo 'make demo    calibrate the transceiver of a virtual unit, showing each command'
 	@echo 'make test    build and run all tests'
 	@echo 'make build   build into build/dev; PRESET=release, PRESET=asan: another preset'
 	@echo 'make asan    all tests with the address and undefined-behaviour sanitizers'
-	@echo 'make package Debian packages of the release'
+	@echo 'make arm64   build for arm64, all tests under qemu'
+	@echo 'make package Debian packages of the release; PRESET=arm64: for arm64'
 	@echo 'make lint    check format and style'
 	@echo 'make setup   install what these need (each of them does so by itself)'
 
@@ -26,6 +27,12 @@ test: build
 
 asan:
 	@$(MAKE) --no-print-directory test PRESET=asan
+
+arm64: PRESET = arm64-qemu
+arm64:
+	@scripts/setup --ci
+	@scripts/qemu-tree
+	$(PYTEST)
 
 package: PRESET = release
 package: setup

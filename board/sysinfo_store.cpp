@@ -49,7 +49,7 @@ static bool is_blank(char c) {
 }
 
 static bool has_control(const char *text) {
-    return std::any_of(text, text + strlen(text), [](char c) { return (c >= 0 && c < ' ') || c == '\x7F'; });
+    return std::any_of(text, text + strlen(text), [](unsigned char c) { return c < ' ' || c == 0x7F; });
 }
 
 // A key that a line can have.

@@ -3,7 +3,7 @@
 import pytest
 
 from bench import FAIL
-from conftest import execute
+from conftest import execute, native
 from sysinfo import SETTABLE, calls, info, line, lines, replies, said, sys
 
 LOADED, SAVED, NOT_SAVED = (0, "sys load success\n"), (0, "sys save success\n"), (0, "sys save fail\n")
@@ -149,6 +149,7 @@ print("whole")
 """
 
 
+@native  # has a preload of its own
 def test_killed_at_any_moment(board):
     """At each step of its work."""
     unit = board("ux3361")
