@@ -35,7 +35,8 @@ arm64:
 	$(PYTEST)
 
 package: PRESET = release
-package: setup
+package:
+	@scripts/setup $(if $(filter arm64,$(PRESET)),--ci)
 	@scripts/package $(PRESET)
 
 lint: build
