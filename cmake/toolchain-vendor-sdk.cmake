@@ -27,5 +27,5 @@ set(CMAKE_FIND_ROOT_PATH_MODE_PROGRAM NEVER)
 set(CMAKE_FIND_ROOT_PATH_MODE_LIBRARY ONLY)
 set(CMAKE_FIND_ROOT_PATH_MODE_INCLUDE ONLY)
 
-# The maker's libraries in place of the virtual board's: only vxcli is built.
+# The maker's libraries in place of the virtual board's, which is not built.
 set(LIBVX_ROOT ${CMAKE_SYSROOT}/usr CACHE PATH "Device libraries of the SDK")

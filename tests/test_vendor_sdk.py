@@ -21,7 +21,7 @@ def test_vendor_sdk(board, tmp_path):
     made = execute("cmake", "--preset", "release", "-S", ROOT, "-B", build, f"-DVENDOR_SDK={tmp_path / 'sdk'}",
                    "--toolchain", ROOT / "cmake/toolchain-vendor-sdk.cmake")
     assert made.status == 0 and execute("cmake", "--build", build).status == 0, made
-    assert [path.name for path in build.glob("bin/*")] == ["vxcli"]  # nothing of the virtual board
+    assert not (build / "bin/vxboard").exists() and not (build / "lib").exists()  # no virtual board
     needed = re.findall(r"NEEDED.*\[(.*)\]", execute("readelf", "-d", build / "bin/vxcli").out)
     assert set(needed) == {"libvx.so", "libvxvoip_api.so", "libc.so.6", "libm.so.6"}
     unit = board("ux3361")
