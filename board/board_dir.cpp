@@ -24,8 +24,7 @@ int board_open() {
     return open(path, O_RDONLY | O_DIRECTORY | O_CLOEXEC);
 }
 
-int dir_lock(int dir, const char *name) {
-    int fd = openat(dir, name, O_RDONLY | O_DIRECTORY | O_CLOEXEC);
+int fd_lock(int fd) {
     while (fd >= 0 && flock(fd, LOCK_EX) != 0) {
         if (errno != EINTR) {
             close(fd);
@@ -33,6 +32,10 @@ int dir_lock(int dir, const char *name) {
         }
     }
     return fd;
+}
+
+int dir_lock(int dir, const char *name) {
+    return fd_lock(openat(dir, name, O_RDONLY | O_DIRECTORY | O_CLOEXEC));
 }
 
 ptrdiff_t file_read(int fd, std::span<uint8_t> data) {

@@ -24,6 +24,10 @@ struct board_fd {
 // operation anew: nothing is held between operations, so threads and forked processes need no care.
 int board_open();
 
+// Waits for the lock of an open file, which closing it gives back. Returns `fd`; or -1, with `fd` closed, if there
+// is none to have.
+int fd_lock(int fd);
+
 // Opens the directory `name` ("." for `dir` itself) and waits for its lock, which closing gives back. The
 // descriptor is the caller's; -1 if the directory is not there.
 int dir_lock(int dir, const char *name);

@@ -10,6 +10,10 @@ enum class bus_outcome {
     nak,   // nobody answers: no such device, or a board directory that is damaged
     busy,  // the chip is still writing
     fault, // an injected one
+    // A real bus only, as the node_state of the same name.
+    missing,
+    denied,
+    refused,
 };
 
 // One transfer. Reading fills data[0] to data[len-1], writing takes them; `len` is 0 to 256, `reg` 0 to 255.

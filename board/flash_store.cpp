@@ -6,8 +6,8 @@
 
 #include <algorithm>
 
-// A bank holds a header and the contents behind it. The header is programmed last, so an interrupted store leaves
-// none. All fields are little-endian 32-bit numbers: magic, the contents' length and their CRC-32.
+// A bank holds a header and the contents behind it; an interrupted store leaves none that are whole. All fields are
+// little-endian 32-bit numbers: magic, the contents' length and their CRC-32.
 //
 // With two banks, new contents go into the bank that does not hold the old ones, whose bank is erased then. Cut
 // short in between, both are whole, and the first of them counts, be it the old or the new one.
@@ -36,7 +36,10 @@ static uint32_t get_u32(const uint8_t *place) {
 
 static uint32_t bank_size(const flash_store &store, const flash_partition &partition) {
     const uint32_t size = partition.size / store.banks;
-    return size - size % flash_block;
+    if (size < partition.block && partition.size != 0) {
+        flash_too_small(partition, store.banks * partition.block);
+    }
+    return size - size % partition.block;
 }
 
 // Where contents are found.
@@ -92,13 +95,34 @@ int32_t flash_store_read(int board, const flash_store &store, std::span<uint8_t>
                : LIBVX_RET_FILE_READ_FAIL;
 }
 
+// The header comes last. Flash with pages takes each of them once, the first one first: there the header goes with
+// the contents, and it is their CRC that tells of a store that was cut short.
+static bool program_bank(const flash_partition &partition, uint32_t start, std::span<const uint8_t> header,
+                         std::span<const uint8_t> data) {
+    if (partition.page == 1) {
+        return flash_program(partition, start + flash_store_header, data) &&
+               flash_program(partition, start, header);
+    }
+    uint8_t pages[flash_page_max]; // the first ones, as many as fit
+    const size_t whole = sizeof pages - sizeof pages % partition.page;
+    const size_t with = std::min(data.size(), whole - header.size());
+    std::ranges::copy(data.first(with), std::ranges::copy(header, pages).out);
+    const size_t together = header.size() + with;
+    return flash_program(partition, start, {pages, together}) &&
+           flash_program(partition, start + static_cast<uint32_t>(together), data.subspan(with));
+}
+
 int32_t flash_store_write(int board, const flash_store &store, std::span<const uint8_t> data) {
     const flash_partition partition(board, store.partition);
     if (partition.size == 0) {
         return LIBVX_RET_FILE_OPEN_FAIL;
     }
     const uint32_t size = bank_size(store, partition);
-    if (size == 0 || data.size() > size - flash_store_header) {
+    if (size == 0) {
+        return LIBVX_RET_FAIL;
+    }
+    if (data.size() > size - flash_store_header) {
+        flash_too_small(partition, store.banks * (flash_store_header + static_cast<uint32_t>(data.size())));
         return LIBVX_RET_FAIL;
     }
     const bank_contents old = find_contents(partition, store);
@@ -111,8 +135,7 @@ int32_t flash_store_write(int board, const flash_store &store, std::span<const u
     put_u32(header + 8, crc32(0, data));
     // The erase takes the header's block first: from there on what was in the bank is gone.
     const bool ok = flash_erase(partition, start, flash_store_header + static_cast<uint32_t>(data.size())) &&
-                    flash_program(partition, start + flash_store_header, data) &&
-                    flash_program(partition, start, header) &&
+                    program_bank(partition, start, header, data) &&
                     (store.banks == 1 || flash_erase(partition, other, flash_store_header));
     return ok ? LIBVX_RET_OK : LIBVX_RET_FILE_WRITE_FAIL;
 }

@@ -6,6 +6,7 @@
 #include "libvx.h"
 
 #include <algorithm>
+#include <cstdlib>
 #include <cstring>
 #include <fcntl.h>
 
@@ -16,11 +17,6 @@ static bool is_name(const char *text) {
 
 static bool lies_inside(const flash_partition &partition, uint32_t offset, uint32_t size) {
     return offset <= partition.size && size <= partition.size - offset;
-}
-
-// How much of the range at `place` with `left` bytes to go is in the block of `place`.
-static uint32_t length_in_block(uint32_t place, uint32_t left) {
-    return std::min(left, flash_block - place % flash_block);
 }
 
 static int32_t get_range(int board, const char *name, uint32_t offset, uint32_t size, const char *path) {
@@ -37,7 +33,7 @@ static int32_t get_range(int board, const char *name, uint32_t offset, uint32_t 
     }
     for (uint32_t done = 0; done < size;) {
         uint8_t cells[flash_block];
-        const std::span<uint8_t> piece(cells, length_in_block(offset + done, size - done));
+        const std::span<uint8_t> piece(cells, std::min(size - done, flash_block));
         if (!flash_read(partition, offset + done, piece)) {
             return LIBVX_RET_FILE_READ_FAIL;
         }
@@ -49,26 +45,26 @@ static int32_t get_range(int board, const char *name, uint32_t offset, uint32_t 
     return LIBVX_RET_OK;
 }
 
-// Puts what comes next in the file into `length` bytes of one block, keeping the block's other bytes. The file is
-// read before the block is erased, so that an unreadable one changes nothing.
-static int32_t save_in_block(const flash_partition &partition, uint32_t place, uint32_t length, int file) {
-    uint8_t cells[flash_block];
-    const uint32_t block = place - place % flash_block;
+// Puts what comes next in the file into `length` bytes of one block, keeping the block's other bytes; `cells` has
+// room for all of them. The file is read before the block is erased, so that an unreadable one changes nothing.
+static int32_t save_in_block(const flash_partition &partition, uint32_t place, uint32_t length, int file,
+                             std::span<uint8_t> cells) {
+    const uint32_t block = place - place % partition.block;
     if (!flash_read(partition, block, cells)) {
         return LIBVX_RET_FILE_READ_FAIL;
     }
-    const std::span<uint8_t> piece(cells + (place - block), length);
+    const std::span<uint8_t> piece = cells.subspan(place - block, length);
     std::ranges::fill(piece, uint8_t{0xFF}); // where the file is short
     if (file_read(file, piece) < 0) {
         return LIBVX_RET_FILE_READ_FAIL;
     }
-    return flash_erase(partition, block, flash_block) && flash_program(partition, block, cells)
+    return flash_erase(partition, block, partition.block) && flash_program(partition, block, cells)
                ? LIBVX_RET_OK
                : LIBVX_RET_FILE_WRITE_FAIL;
 }
 
 // One block after the other. A power loss costs at most what is in the one block that is being written: of the
-// calibration slots, which do not share blocks, only the one that is saved.
+// calibration slots, which share no blocks of a file, only the one that is saved.
 static int32_t save_range(int board, const char *name, uint32_t offset, uint32_t size, const char *path) {
     const board_fd file(open(path, O_RDONLY | O_CLOEXEC));
     if (file.fd < 0) {
@@ -81,15 +77,16 @@ static int32_t save_range(int board, const char *name, uint32_t offset, uint32_t
     if (!lies_inside(partition, offset, size)) {
         return LIBVX_RET_INVALID_PARAMETER;
     }
-    for (uint32_t done = 0; done < size;) {
-        const uint32_t length = length_in_block(offset + done, size - done);
-        const int32_t result = save_in_block(partition, offset + done, length, file.fd);
-        if (result != LIBVX_RET_OK) {
-            return result;
-        }
+    uint8_t *cells = static_cast<uint8_t *>(malloc(partition.block));
+    int32_t result = cells != nullptr ? LIBVX_RET_OK : LIBVX_RET_FAIL;
+    for (uint32_t done = 0; result == LIBVX_RET_OK && done < size;) {
+        const uint32_t place = offset + done;
+        const uint32_t length = std::min(size - done, partition.block - place % partition.block);
+        result = save_in_block(partition, place, length, file.fd, {cells, partition.block});
         done += length;
     }
-    return LIBVX_RET_OK;
+    free(cells);
+    return result;
 }
 
 int32_t libvx_sys_get_wlan_caldata(const char *partition, uint32_t offset, uint32_t size, const char *path) {
