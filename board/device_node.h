@@ -19,9 +19,9 @@ node_state node_failure(int error);
 inline constexpr unsigned node_i2c = 89; // major numbers of the kernel's drivers
 inline constexpr unsigned node_mtd = 90;
 
-// Opens the character device of this driver that `name` in `dir` leads to, for reading and writing, and waits for its
-// lock, which closing gives back. Returns a descriptor that the caller owns, or -1 and the reason in `state`. Nothing
-// but such a device is opened: with other files opening alone may block or set something off.
+// Opens the character device of this driver that `name` in `dir` leads to, for reading and writing, and waits for
+// its lock, which closing gives back. Returns a descriptor that the caller owns, or -1 and the reason in `state`.
+// Nothing but such a device is opened: with other files opening alone may block or set something off.
 int node_open(int dir, const char *name, unsigned driver, node_state *state);
 
 #endif

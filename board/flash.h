@@ -18,9 +18,9 @@ struct flash_partition {
     board_fd lock;
     board_fd file;
     bool real;
-    uint32_t size;     // in bytes, whole blocks; 0 if the partition could not be opened
-    uint32_t block;    // bytes that one erase takes
-    uint32_t page;     // programmed as a whole, at most once between two erases; 1: there are no pages
+    uint32_t size;  // in bytes, whole blocks; 0 if the partition could not be opened
+    uint32_t block; // bytes that one erase takes
+    uint32_t page;  // programmed as a whole, at most once between two erases; 1: there are no pages
 
     flash_partition(int board_dir, const char *partition_name);
 };
