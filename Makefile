@@ -1,8 +1,9 @@
 # The front door. What is behind it: CMakePresets.json, scripts/, tests/.
 PRESET ?= dev
+TIME ?= 600
 PYTEST = VXCLI_BUILD=build/$(PRESET) /usr/bin/python3 -m pytest -n auto tests
 
-.PHONY: help setup build demo test asan arm64 package lint
+.PHONY: help setup build demo test asan arm64 fuzz package lint
 help:
 	@echo 'make demo    calibrate the transceiver of a virtual unit, showing each command'
 	@echo 'make test    build and run all tests'
@@ -10,6 +11,7 @@ help:
 	@echo 'make asan    all tests with the address and undefined-behaviour sanitizers'
 	@echo 'make arm64   build for arm64, all tests under qemu'
 	@echo 'make package Debian packages of the release; PRESET=arm64: for arm64'
+	@echo 'make fuzz    run the fuzzers for TIME=600 seconds in all; TARGET=commands: only this one'
 	@echo 'make lint    check format and style'
 	@echo 'make setup   install what these need (each of them does so by itself)'
 
@@ -38,6 +40,10 @@ package: PRESET = release
 package:
 	@scripts/setup $(if $(filter arm64,$(PRESET)),--ci)
 	@scripts/package $(PRESET)
+
+fuzz:
+	@scripts/setup --ci
+	@scripts/fuzz run $(TIME) $(TARGET)
 
 lint: build
 	@scripts/setup --ci
