@@ -10,7 +10,7 @@
 #include <fcntl.h>
 
 static constexpr char voice_directory[] = "voice";
-static constexpr char log_level_file[] = "/userconfig/config/voiceLogLevel"; // where the unit keeps it
+static constexpr char user_directory[] = "/userconfig/config"; // where the unit keeps the log level
 static constexpr uint32_t max_log_level = 4;
 static constexpr int32_t max_lines = 8;
 
@@ -134,10 +134,11 @@ int32_t libVoip_callTest(const char *number) {
 
 // ---- log ----
 
+// Replaced, not written over: the level outlasts a loss of power.
 static bool store_log_level(int32_t level) {
-    const board_fd file(open(log_level_file, O_WRONLY | O_CREAT | O_TRUNC | O_CLOEXEC, 0644));
+    const board_fd dir(open(user_directory, O_RDONLY | O_DIRECTORY | O_CLOEXEC));
     const std::array<uint8_t, 2> text = {static_cast<uint8_t>('0' + level), '\n'};
-    return file.fd >= 0 && file_write(file.fd, text);
+    return dir.fd >= 0 && file_replace(dir.fd, "voiceLogLevel", text);
 }
 
 static bool is_printable(const char *text) {
