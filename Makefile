@@ -3,7 +3,7 @@ PRESET ?= dev
 TIME ?= 600
 PYTEST = VXCLI_BUILD=build/$(PRESET) /usr/bin/python3 -m pytest -n auto tests
 
-.PHONY: help setup build demo test asan arm64 fuzz package lint
+.PHONY: help setup build demo test asan arm64 fuzz torture package lint
 help:
 	@echo 'make demo    calibrate the transceiver of a virtual unit, showing each command'
 	@echo 'make test    build and run all tests'
@@ -12,6 +12,7 @@ help:
 	@echo 'make arm64   build for arm64, all tests under qemu'
 	@echo 'make package Debian packages of the release; PRESET=arm64: for arm64'
 	@echo 'make fuzz    run the fuzzers for TIME=600 seconds in all; TARGET=commands: only this one'
+	@echo 'make torture kills and crowds: the long form of what "make test" does in short, with its figures'
 	@echo 'make lint    check format and style'
 	@echo 'make setup   install what these need (each of them does so by itself)'
 
@@ -44,6 +45,10 @@ package:
 fuzz:
 	@scripts/setup --ci
 	@scripts/fuzz run $(TIME) $(TARGET)
+
+torture: build
+	VXCLI_TORTURE=1 VXCLI_BUILD=build/$(PRESET) /usr/bin/python3 -m pytest -n auto -rP \
+		tests/board/test_power_loss.py tests/cli/test_two_at_once.py
 
 lint: build
 	@scripts/setup --ci

@@ -1,0 +1,141 @@
+"""Commands that are killed at each of their changes of a file, one after the other (see killer.cpp), and the unit that
+comes up afterwards. `make torture` also takes what takes long."""
+
+import os
+import shutil
+from collections import Counter
+from typing import NamedTuple
+
+import pytest
+
+from bench import BACKUP, CHIPS, WORKING
+from conftest import BUILD, TORTURE, VXBOARD, Board, execute
+
+KILLER = BUILD / "bin" / "vxcli_killer"
+KILLED = 137
+NOT_COMPARED = {"trace", "clock", "log"}
+
+# What the chip is given, what the image is and what is in flash; and whether the image came from elsewhere.
+COMES_UP = (f"vxcli bob init >/tmp/said || echo failed; cat /.vxboard/board/i2c/1/*.bin {WORKING} | md5sum;"
+            "tail -c +13 /.vxboard/board/flash/bob | md5sum;"
+            f"grep -q 'data from {BACKUP}$' /tmp/said && echo '# the backup'")
+TWO_STATES = "vxcli bob init; vxcli bob write_reg 0x51 0x74 0x21; vxcli bob save; vxcli bob write_reg 0x51 0x74 0x43"
+LOST_FLASH = f"{TWO_STATES}; vxcli bob save; tr '\\0-\\376' '\\377' </dev/zero | head -c 16384 >/.vxboard/board/flash/bob"
+SHOW = "(vxcli sys show; cat /etc/macAddrBase /etc/macAddr /etc/MfgMode) | md5sum"
+LOAD = "vxcli sys load >/tmp/said; " + SHOW
+CONFIG = "head -c 9000 /dev/urandom >/etc/c; vxcli sys savebackup /etc/c; head -c 5000 /dev/urandom >/etc/c"
+REWRITE = "cd /etc/wireless/mediatek && for f in *; do tr '\\1-\\376' '\\2-\\377' <$f >/tmp/f; cp /tmp/f $f; done"
+# The driver's file, and the other slots.
+VALIDATE = ("vxcli wlan validate_cal_data mt7915 >/tmp/said; md5sum </etc/wireless/mediatek/MT7915_EEPROM.bin;"
+            "cd /.vxboard/board/flash; (head -c 12288 hwconfig; tail -c +16385 hwconfig | head -c 12288) | md5sum;"
+            "grep -q 'use default' /tmp/said && echo \"# the driver's file\"")
+COUNTED = "echo 'libvx_switchApi_addMacEntry skip=1' >/.vxboard/board/faults"
+ATTRIBUTES = """vxcli port rate 0 1 1 5000; vxcli port admin 1 0; vxcli epon rate 0 1 100; vxcli gpon qrate 3 1 1 77
+    vxcli switch addmac 0 5 2:0:0:0:0:1; vxcli switch addcpumac 2:0:0:0:0:1 1.2.3.4 1
+    vxcli port proto arp 0 1 77; vxcli sys led_event LED_PON BLINK 250ms; vxcli sys flushnat; vxcli sys rogue 1 1 1
+    vxcli bob write_regs 0x51 0x10 1 2 3; vxcli bob catvoa 5; vxcli voice ring on 0
+    devmem 0x20100080 w 5; vxsUtil -s A.B C int 5; vxImageSwitch; echo on >/dev/null"""
+
+
+class Case(NamedTuple):
+    name: str
+    profile: str
+    prepare: str
+    command: str
+    look: str = ""  # what prints the state after the power cycle; none: the board's files, without a power cycle
+    half: bool = True  # halves of writes, too
+
+
+CASES = [
+    Case("bob save", "ux3361", TWO_STATES, "vxcli bob save", COMES_UP),
+    Case("bob init from the backup", "ux3320", LOST_FLASH, "vxcli bob init", COMES_UP),
+    Case("sys save", "ux3361", "vxcli sys load; vxcli sys model A; vxcli sys save; vxcli sys sn 7", "vxcli sys save", LOAD),
+    Case("sys load", "ux3361", "vxcli sys load; vxcli sys sn 7", "vxcli sys load", LOAD),
+    Case("sys model", "ux3361", "vxcli sys load; vxcli sys model A", "vxcli sys model Another", SHOW),
+    Case("wlan write_cal_data", "ux3361-mt7915", REWRITE, "vxcli wlan write_cal_data mt7915", VALIDATE),
+    Case("sys savebackup", "ux3361", CONFIG, "vxcli sys savebackup /etc/c", "vxcli sys getbackup /tmp/c; md5sum /tmp/c"),
+    Case("voice debug", "ux3361", "vxcli voice debug 1 /tmp/v", "vxcli voice debug 2 /tmp/w",
+         "vxcli voice debug; cat /.vxboard/board/voice/log_level /.vxboard/board/voice/log_file"),
+    # A short write in one page is made or not made: a kill cannot halve it.
+    Case("attributes", "ux3361", COUNTED, ATTRIBUTES, half=False),
+]
+if TORTURE:
+    CASES += [Case(f"bob {word} {chip}", chip, prepare, f"vxcli bob {word}", COMES_UP) for chip in CHIPS
+              for word, prepare in [("save", TWO_STATES), ("restore", TWO_STATES), ("init", LOST_FLASH), ("init", "true")]]
+    CASES += [Case("wlan clean_cal_data", "ux3361-mt7915", REWRITE, "vxcli wlan clean_cal_data mt7915", VALIDATE)]
+
+
+def files(unit):
+    """All files of a board but those that a killed writer leaves under a name that nobody reads."""
+    return {str(path.relative_to(unit.path)): path.read_bytes() for path in sorted(unit.path.rglob("*"))
+            if path.is_file() and not path.is_symlink() and not path.name.startswith(".") and path.name not in NOT_COMPARED}
+
+
+def state(unit, case):
+    """What the unit is like afterwards, and what helped it."""
+    if not case.look:
+        return files(unit), ""
+    unit.power_cycle()
+    found, _, helper = unit.sh(case.look, stderr=None).out.partition("#")
+    return dict(enumerate(found.splitlines())), helper.strip()
+
+
+def changes(listing):
+    """How many changes the killer lists, and which of them are writes that have halves; those to the chip are forgotten
+    by the power cycle, whole or half."""
+    rows = [line.split(None, 4) for line in listing.splitlines() if line.startswith("change ")]
+    assert [int(row[1]) for row in rows] == list(range(1, len(rows) + 1)) and rows
+    return len(rows), [int(row[1]) for row in rows if int(row[3]) > 1 and "/i2c/" not in row[4]]
+
+
+@pytest.fixture
+def killer(environment, monkeypatch):
+    if os.environ["VXBOARD_VIEW"] == "proot":
+        pytest.skip("a process that proot follows cannot be followed by another")
+    options = os.environ.get("ASAN_OPTIONS", "")
+    monkeypatch.setenv("ASAN_OPTIONS", options.replace("detect_leaks=1", "detect_leaks=0"))  # would follow it, too
+
+
+@pytest.mark.parametrize("case", CASES, ids=lambda case: case.name.replace(" ", "_"))
+def test_killed_at_every_change(killer, board, tmp_path, case):
+    """Each piece of what the unit keeps is the old one or the new one."""
+    unit, seen = board(case.profile).without_links(), Counter()
+    unit.sh(case.prepare, stderr=None)
+    old, _ = state(unit.copy(tmp_path / "old"), case)
+    whole = unit.copy(tmp_path / "new")
+    count, halves = changes(whole.run("vxcli_killer", 0, "sh", "-c", case.command, stderr=None).err)
+    new, _ = state(whole, case)
+    assert old != new or "load" in case.name or "init" in case.name  # these bring back what is kept anyway
+    for point in [*range(1, count + 1), *(f"{number}+half" for number in halves if case.half)]:
+        killed = unit.copy(tmp_path / "killed")
+        assert killed.run("vxcli_killer", point, "sh", "-c", case.command, stderr=None).status == KILLED, point
+        found, helper = state(killed, case)
+        assert set(found) <= {*old, *new}, point
+        odd = {piece for piece in {*old, *new} if found.get(piece) not in (old.get(piece), new.get(piece))}
+        assert not odd, (point, {piece: (old.get(piece), found.get(piece), new.get(piece)) for piece in odd})
+        seen["old" if found == old else "new" if found == new else "some of both", helper] += 1
+    print(f"{case.name}: {count} changes, {len(halves) if case.half else 0} halves:", dict(seen))
+
+
+@pytest.mark.skipif(not TORTURE, reason="takes long: make torture")
+def test_vxboard_killed_at_every_change(killer, board, tmp_path):
+    """A new board is there or not; a power cycle can be made again."""
+    target = tmp_path / "target"
+    count, _ = changes(execute(KILLER, 0, VXBOARD, "new", "ux3361", target).err)
+    profile = files(Board("ux3361", tmp_path / "whole"))
+    for point in range(1, count + 1, 5):  # most make one link of hundreds
+        shutil.rmtree(target, ignore_errors=True)
+        assert execute(KILLER, point, VXBOARD, "new", "ux3361", target).status == KILLED
+        assert target.exists() or execute(VXBOARD, "new", "ux3361", target) == (0, "", "")
+        assert files(Board(None, target)) == profile, point
+    print("vxboard new:", count, "changes")
+    unit = board("ux3361")
+    unit.sh(f"{TWO_STATES}; {ATTRIBUTES}", stderr=None)
+    cycled = unit.copy(tmp_path / "cycled")
+    count, _ = changes(execute(KILLER, 0, VXBOARD, "power-cycle", cycled.path).err)
+    for point in range(1, count + 1):
+        killed = unit.copy(tmp_path / "killed")
+        assert execute(KILLER, point, VXBOARD, "power-cycle", killed.path).status == KILLED
+        killed.power_cycle()
+        assert files(killed) == files(cycled), point
+    print("vxboard power-cycle:", count, "changes")
