@@ -136,27 +136,42 @@ bool attr_read_number(int dir, const char *name, uint32_t max, uint32_t *value) 
     return true;
 }
 
-// A text of the same length goes over the old one with a single write. Replacing the file costs ten times as much
-// on a journalling file system, too much for what changes with every transfer.
-static bool attr_overwrite(int dir, const char *name, std::span<const uint8_t> text) {
+struct attr_text {
+    char text[65]; // one more than an attribute has, for the NUL
+    size_t length; // with the newline; 0: it does not fit
+
+    attr_text(const char *format, va_list arguments) : length(0) {
+        const int printed = vsnprintf(text, sizeof text - 1, format, arguments);
+        if (printed >= 0 && static_cast<size_t>(printed) < sizeof text - 1) {
+            length = static_cast<size_t>(printed);
+            text[length++] = '\n';
+        }
+    }
+
+    std::span<const uint8_t> bytes() const { return {reinterpret_cast<const uint8_t *>(text), length}; }
+};
+
+bool attr_write(int dir, const char *name, const char *format, ...) {
+    va_list arguments;
+    va_start(arguments, format);
+    const attr_text text(format, arguments);
+    va_end(arguments);
+    return text.length > 0 && file_replace(dir, name, text.bytes());
+}
+
+static bool write_over(int dir, const char *name, std::span<const uint8_t> text) {
     board_fd file(openat(dir, name, O_WRONLY | O_CLOEXEC));
     struct stat status = {};
     return file.fd >= 0 && fstat(file.fd, &status) == 0 && status.st_size == static_cast<off_t>(text.size()) &&
            file_write(file.fd, text);
 }
 
-bool attr_write(int dir, const char *name, const char *format, ...) {
-    char text[65];
+bool attr_update(int dir, const char *name, const char *format, ...) {
     va_list arguments;
     va_start(arguments, format);
-    int length = vsnprintf(text, sizeof text - 1, format, arguments);
+    const attr_text text(format, arguments);
     va_end(arguments);
-    if (length < 0 || static_cast<size_t>(length) >= sizeof text - 1) {
-        return false;
-    }
-    text[length++] = '\n';
-    std::span<const uint8_t> bytes(reinterpret_cast<const uint8_t *>(text), static_cast<size_t>(length));
-    return attr_overwrite(dir, name, bytes) || file_replace(dir, name, bytes);
+    return text.length > 0 && (write_over(dir, name, text.bytes()) || file_replace(dir, name, text.bytes()));
 }
 
 bool attr_set_number(int board, const char *directory, const char *name, uint32_t value) {

@@ -60,6 +60,11 @@ bool attr_read_number(int dir, const char *name, uint32_t max, uint32_t *value);
 // was.
 bool attr_write(int dir, const char *name, const char *format, ...) __attribute__((format(printf, 3, 4)));
 
+// The same for what changes with every transfer: replacing a file costs ten times as much on a journalling file
+// system. A text of the same length goes over the old one with a single write, so a reader without the lock must
+// take it in a single read (as cat does, the shell's read does not).
+bool attr_update(int dir, const char *name, const char *format, ...) __attribute__((format(printf, 3, 4)));
+
 // Sets a number in the board's directory `directory`, under the lock of that directory. False leaves it as it was.
 bool attr_set_number(int board, const char *directory, const char *name, uint32_t value);
 

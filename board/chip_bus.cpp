@@ -170,8 +170,8 @@ static bool begin_writing(const chip_state &state, uint32_t device, const timesp
     }
     left_behind = 0;
     int64_t until = nanoseconds(now) + int64_t{1000} * write_us;
-    return attr_write(state.bus, "busy", "%lld.%09lld", static_cast<long long>(until / second),
-                      static_cast<long long>(until % second));
+    return attr_update(state.bus, "busy", "%lld.%09lld", static_cast<long long>(until / second),
+                       static_cast<long long>(until % second));
 }
 
 bus_outcome chip_transfer(int bus, const bus_transfer &transfer, const timespec &now) {
@@ -190,7 +190,7 @@ bus_outcome chip_transfer(int bus, const bus_transfer &transfer, const timespec 
     bool data_written = false;
     bool ok = write_registers(&state, transfer, &data_written);
     if (state.latch != latch) {
-        ok = attr_write(bus, "table", "%u", state.latch) && ok;
+        ok = attr_update(bus, "table", "%u", state.latch) && ok;
     }
     if (data_written) {
         ok = begin_writing(state, transfer.device, now) && ok;
