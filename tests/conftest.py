@@ -101,11 +101,6 @@ class Board:
         faults = self.path / "faults"
         return faults.read_text().splitlines() if faults.exists() else []
 
-    def without_links(self):
-        """Takes the hundreds of links out of the unit's /etc that nothing on it goes through: copies are faster then."""
-        shutil.rmtree(self.unit("etc/alternatives"), ignore_errors=True)
-        return self
-
     def copy(self, path):
         """The same board as it is now, in the directory `path`."""
         shutil.rmtree(path, ignore_errors=True)

@@ -97,7 +97,7 @@ def killer(environment, monkeypatch):
 @pytest.mark.parametrize("case", CASES, ids=lambda case: case.name.replace(" ", "_"))
 def test_killed_at_every_change(killer, board, tmp_path, case):
     """Each piece of what the unit keeps is the old one or the new one."""
-    unit, seen = board(case.profile).without_links(), Counter()
+    unit, seen = board(case.profile), Counter()
     unit.sh(case.prepare, stderr=None)
     old, _ = state(unit.copy(tmp_path / "old"), case)
     whole = unit.copy(tmp_path / "new")
@@ -121,7 +121,7 @@ def test_vxboard_killed_at_every_change(killer, board, tmp_path):
     target = tmp_path / "target"
     count, _ = changes(execute(KILLER, 0, VXBOARD, "new", "ux3361", target).err)
     profile = files(Board("ux3361", tmp_path / "whole"))
-    for point in range(1, count + 1, 5):  # most make one link of hundreds
+    for point in range(1, count + 1, 5):  # most write one of hundreds of files
         shutil.rmtree(target, ignore_errors=True)
         assert execute(KILLER, point, VXBOARD, "new", "ux3361", target).status == KILLED
         assert target.exists() or execute(VXBOARD, "new", "ux3361", target) == (0, "", "")
