@@ -240,10 +240,11 @@ def registers(profile, section):
 FAIL = "Execute Command Fail\n"
 
 
-def answers(unit, commands, **how):
-    """Runs `vxcli bob` with each of these command lines, all in one view: a list of (status, output)."""
-    script = "".join(f"vxcli bob {words}; echo \"#$?\"\n" for words in commands)
-    parts = re.split(r"#(\d+)\n", unit.sh(script, **how).out)
+def answers(unit, commands, group="bob", first="", **how):
+    """Runs vxcli with each of these command lines of a group, all in one view, after what is to be done `first`: a list
+    of (status, output)."""
+    script = first + "\n" + "".join(f"vxcli {group} {words}; echo \"#=$?\"\n" for words in commands)
+    parts = re.split(r"#=(\d+)\n", unit.run("sh", stdin=script, **how).out)
     return [(int(status), out) for out, status in zip(parts[0::2], parts[1::2])]
 
 

@@ -8,7 +8,7 @@ import re
 from pathlib import Path
 from typing import NamedTuple
 
-from bench import FAIL
+from bench import FAIL, answers
 
 LISTINGS = (Path(__file__).parent / "cli/listings.txt").read_text()  # of every group, as a shell shows them
 HELP = {  # group: command: help text
@@ -36,9 +36,7 @@ def talk(unit, group, *exchanges):
             return (1, f"bad arguments  {reply.word} !!\n\t{HELP[group][words.split()[0]]}\n" + FAIL)
         return (1, reply) if reply.endswith(FAIL) else (0, reply)
 
-    script = "".join(f"vxcli {group} {words}; echo \"#$?\"\n" for words, _ in exchanges)
-    parts = re.split(r"#(\d+)\n", unit.sh(script).out)
-    said = [(words, int(status), out) for (words, _), out, status in zip(exchanges, parts[0::2], parts[1::2])]
+    said = [(words, *answer) for (words, _), answer in zip(exchanges, answers(unit, [words for words, _ in exchanges], group))]
     assert said == [(words, *expected(words, reply)) for words, reply in exchanges]
 
 

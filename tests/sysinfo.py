@@ -3,11 +3,10 @@
     assert sys(unit, "genum 4", "genum") == [(0, "sys genum success\\n"), (0, line("GE Num:", 4))]
 """
 
-import re
 from shlex import quote
 from typing import NamedTuple
 
-from bench import FAIL
+from bench import FAIL, answers
 
 _FILLER = " \xe9\xff=#;%s ABCDEFGHIJKLMNOPQRSTUVWXYZ 0123456789 abcdefghijklmnopqrstuvwxyz"
 
@@ -114,12 +113,9 @@ def each(command, words, *more):
     return [line for word in words for line in (f"{command} {quote(word)}", *more)]
 
 
-def sys(unit, *commands, first="", **how):
-    """Runs `vxcli sys` with each of these command lines, all in one view, after what is to be done `first`: a list of
-    (status, output)."""
-    script = first + "\n" + "".join(f"vxcli sys {words}; echo \"#=$?\"\n" for words in commands)
-    parts = re.split(r"#=(\d+)\n", unit.run("sh", stdin=script, **how).out)
-    return [(int(status), out) for out, status in zip(parts[0::2], parts[1::2])]
+def sys(unit, *commands, **how):
+    """answers() of this group."""
+    return answers(unit, commands, "sys", **how)
 
 
 def calls(unit, beginning="libvx_"):

@@ -11,9 +11,11 @@
 
 #include "libvx.h"
 
+#include <array>
 #include <cstdio>
 #include <cstdlib>
 #include <cstring>
+#include <string_view>
 #include <unistd.h>
 
 static uint32_t bus = 1;
@@ -63,59 +65,49 @@ static void diag_step() {
     printf("%d %u %u %u %u\n", diag.temp, diag.vcc, diag.txBias, diag.txPwr, diag.rxPwr);
 }
 
-static void log_step() {
-    libvx_setDebugLevel(1);
-    libvx_logPrint("libvx Error", "src/x.cpp", "step", 7, "level %d", libvx_DbgLevel);
+// The words of a step, between colons; "" for those that are missing.
+using step_words = std::array<const char *, 5>;
+
+static step_words split(char *step) {
+    step_words words = {"", "", "", "", ""};
+    for (const char *&word : words) {
+        word = strsep(&step, ":");
+        if (step == nullptr) {
+            break;
+        }
+    }
+    return words;
 }
 
-static void transfer_step(char *step) {
-    char *rest = nullptr;
-    const char *kind = strtok_r(step, ":", &rest);
-    const char *device = strtok_r(nullptr, ":", &rest);
-    const char *reg = strtok_r(nullptr, ":", &rest);
-    if (device == nullptr || reg == nullptr) {
-        printf("what is %s?\n", kind);
-    } else if (*kind == 'r') {
-        read_step(hex_number(device), hex_number(reg), hex_number(rest));
-    } else {
-        write_step(hex_number(device), hex_number(reg), rest);
+static void run_step(const step_words &words) {
+    const std::string_view kind = words[0];
+    if (kind == "r") {
+        read_step(hex_number(words[1]), hex_number(words[2]), hex_number(words[3]));
+    } else if (kind == "w") {
+        write_step(hex_number(words[1]), hex_number(words[2]), words[3]);
+    } else if (kind == "b") {
+        bus = hex_number(words[1]);
+    } else if (kind == "calget") {
+        report(libvx_sys_get_wlan_caldata(words[1], hex_number(words[2]), hex_number(words[3]), words[4]));
+    } else if (kind == "calsave") {
+        report(libvx_sys_save_wlan_caldata(words[1], hex_number(words[2]), hex_number(words[3]), words[4]));
+    } else if (kind == "wait") {
+        usleep(static_cast<useconds_t>(strtoul(words[1], nullptr, 10)));
+    } else if (kind == "get") {
+        report(libvx_sys_getBob());
+    } else if (kind == "save") {
+        report(libvx_sys_saveBob());
+    } else if (kind == "diag") {
+        diag_step();
+    } else if (kind == "log") {
+        libvx_setDebugLevel(1);
+        libvx_logPrint("libvx Error", "src/x.cpp", "step", 7, "level %d", libvx_DbgLevel);
     }
-}
-
-static void caldata_step(char *step) {
-    char *rest = nullptr;
-    const bool get = strcmp(strtok_r(step, ":", &rest), "calget") == 0;
-    const char *partition = strtok_r(nullptr, ":", &rest);
-    const char *offset = strtok_r(nullptr, ":", &rest);
-    const char *size = strtok_r(nullptr, ":", &rest);
-    if (size == nullptr) {
-        printf("what is %s?\n", step);
-        return;
-    }
-    const auto operation = get ? libvx_sys_get_wlan_caldata : libvx_sys_save_wlan_caldata;
-    report(operation(partition, hex_number(offset), hex_number(size), rest));
 }
 
 int main(int argc, char *argv[]) {
     for (int i = 1; i < argc; i++) {
-        char *step = argv[i];
-        if (strncmp(step, "wait:", 5) == 0) {
-            usleep(static_cast<useconds_t>(strtoul(step + 5, nullptr, 10)));
-        } else if (strncmp(step, "b:", 2) == 0) {
-            bus = hex_number(step + 2);
-        } else if (strncmp(step, "cal", 3) == 0) {
-            caldata_step(step);
-        } else if (strcmp(step, "get") == 0) {
-            report(libvx_sys_getBob());
-        } else if (strcmp(step, "save") == 0) {
-            report(libvx_sys_saveBob());
-        } else if (strcmp(step, "diag") == 0) {
-            diag_step();
-        } else if (strcmp(step, "log") == 0) {
-            log_step();
-        } else {
-            transfer_step(step);
-        }
+        run_step(split(argv[i]));
     }
     return 0;
 }

@@ -6,7 +6,8 @@
 //   FAKE_FUNCS  what the adapter can do, as I2C_FUNCS says it; FAKE_LIMIT: the longest message, 0: any
 //   FAKE_BUSY   so many requests after a write are not acknowledged
 //   FAKE_MTD    the cells; FAKE_ERASE, FAKE_WRITE: sizes; FAKE_BAD: the bad block; FAKE_STUCK: a cell that no erase
-//   sets FAKE_OPEN   the errno of opening; FAKE_ERROR: that of all requests
+//               sets
+//   FAKE_ERROR  the errno of all requests
 
 #include <algorithm>
 #include <cerrno>
@@ -223,17 +224,4 @@ PRELOADED int fstatat(int dir, const char *path, struct stat *status, int flags)
         status->st_rdev = makedev(node == bus ? 89 : 90, 0);
     }
     return found ? 0 : -1;
-}
-
-PRELOADED int openat(int dir, const char *path, int flags, ...) {
-    va_list arguments;
-    va_start(arguments, flags);
-    const mode_t mode = (flags & O_CREAT) != 0 ? va_arg(arguments, mode_t) : 0;
-    va_end(arguments);
-    const uint32_t error = (flags & O_NOFOLLOW) == 0 ? setting("FAKE_OPEN") : 0;
-    if (error != 0 && node_of(dir, path, 0) != nullptr) {
-        errno = static_cast<int>(error);
-        return -1;
-    }
-    return static_cast<int>(syscall(SYS_openat, dir, path, flags, mode));
 }

@@ -123,7 +123,7 @@ def test_factory_text_of_any_shape(board):
     chip, unit = CHIPS["gn28l97b"], board("gn28l97b")
     default = unit.unit(chip.default[1:])
     default.write_text("0x01=0x11;\n" + "=" * 600 + "\n" + "y" * 127 + "0x02=0x22;\na2_tableFF a2_table86 0x85=1;\n0x80=1;\n0xC0=2;\n"
-                       "99=3;\n0x81=4\n0x82 =5;\n0x82= 5;\n0x82=;\n;0x82=5;\n0x82;=5;\n0x82==5;\n=5;\na2_lut2\n0x83=6;\n\x00junk\n"
+                       "99=3;\n0x81=4\n0x82 =5;\n0x82= 5;\n0x80=;\n;0x82=5;\n0x82;=5;\n0x82==5;\n=5;\na2_lut2\n0x83=6;\n\x00junk\n"
                        "a2_tableFF\n0x89=0x107;\n0x8A=8;\na0_tab\n0xFF=9;\n256=1;\n# a2_lower\n0x7A=10;\n0x80=1;\n0x01=256;\n" +
                        "z" * 127 + "a0_tab=\n0x7B=11")
     wanted = bytearray(chip.size)
