@@ -12,7 +12,7 @@ from bench import FAIL, answers
 
 LISTINGS = (Path(__file__).parent / "cli/listings.txt").read_text()  # of every group, as a shell shows them
 HELP = {  # group: command: help text
-    group: dict(re.findall(r"^(\S+) *: (.*)$", rows, re.M))
+    group: dict(re.findall(r"^(\S+) *: (.*(?:\n\t.*)*)$", rows, re.M))
     for group, rows in re.findall(r"^\$ vxcli (\S+) help\n((?:[^$].*\n)*)", LISTINGS, re.M)}
 LEAST = {  # how many words a command needs at least, those that need any
     "epon": "tx 1 rx 1 rogue 1 qos 1 rate 1 qrate 2",
@@ -21,7 +21,7 @@ LEAST = {  # how many words a command needs at least, those that need any
     "port": "stats 1 status 1 trafficen 1 admin 1 pause 1 rate 1 storm 1 qos 1 proto 1 protoact 1 mode 3 setwanport 2",
     "voice": ("update1 1 update2 1 update3 1 update4 1 update5 1 calltest 1 update6 1 register 1 unregister 1"
               " omcilinestatus 1 omcicallcontrol 1 omcicallcontrolReset 1 omcisipagent 1 omcicallinitiation 1 ring 2 test 1"),
-    "dnsmasq": "log 1",
+    "dnsmasq": "log 1", "sys": "led 1 led_event 3 button 1 delete 1 rogue 3",
 }
 
 

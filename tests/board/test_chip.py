@@ -29,12 +29,6 @@ def test_only_its_tables_latch(board, profile):
     assert (unit.path / "i2c/1/table").read_text() == f"{latches[-1]}\n"
 
 
-def test_a_run_that_crosses_the_select_register_selects(board):
-    unit = board("ux3320")
-    assert steps(unit, "w:51:7e:1105aa r:51:7e:3") == ["ok", "1105aa"]
-    assert (unit.path / "i2c/1/table").read_text() == "5\n"
-
-
 @pytest.mark.parametrize("profile", CHIPS)
 def test_a_write_wraps_inside_its_page(board, profile):
     unit = board(profile)
@@ -84,12 +78,6 @@ def test_registers_that_cannot_be_written(board, profile, table, first, count):
     before = steps(unit, select + read)[1]
     writes = " ".join(f"w:51:{reg:02x}:ee wait:4000" for reg in range(first, first + count))
     assert steps(unit, f"{select} {writes}{read}")[-1] == before != "ee" * count
-
-
-def test_a_clock_that_was_set_back(board):
-    unit = board("ux3361")
-    (unit.path / "i2c/1/busy").write_text("9000000000.000000000\n")
-    assert steps(unit, "r:51:60:1 r:51:60:1") == ["23", "23"]  # 35 degrees
 
 
 def test_damaged_boards_answer_with_failures(board):

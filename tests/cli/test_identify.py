@@ -27,12 +27,10 @@ def from_eeprom(profile):
 # attempt then goes well. A rule that fires keeps the call from the rules below it, and from their counts.
 IDENTIFICATIONS = [
     ("ux3361", [SELECT + "times=3"], again(135, 1) + again(135, 2) + failed(135), UNKNOWN),
-    ("ux3320", [SELECT + "times=5"], again(135, 1) + again(135, 2) + failed(135) + 2 * failed(255), None),
     ("ux3320", [SELECT + "times=6"], again(135, 1) + again(135, 2) + failed(135) + 2 * failed(255), failed(3) + CHECK),
     # One counter for all probes: it fails at the first, the second and the fourth.
     ("gn25l95", [SELECT, SELECT + "skip=1", SELECT + "skip=4"], again(135, 1) + again(255, 2), failed(3) + CHECK),
     ("gn25l95", [SELECT + "skip=4"], "", failed(2) + CHECK),
-    ("gn25l95", [SELECT + "skip=3 times=2"], again(3, 1) + again(135, 2), None),
     # Reads.
     ("ux3365", [READ + "reg=0x80"], NO_ID, UNKNOWN),
     ("gn28l95", [READ + "reg=0x7f times=3"], 3 * NO_INDEX, UNKNOWN),
@@ -62,18 +60,6 @@ def test_failing_transfers(board, profile, faults, said, end):
     waits = [line for line in seen(unit) if line.startswith("wait")]
     retries = ["wait 500000"] * said.count("retry it")
     assert waits == retries + ["wait 1000000"] * (1 if end is None else 2) and unit.faults() == []
-
-
-def test_a_failed_read_ends_its_probe_and_a_failed_select_starts_them_again(board):
-    unit, chip = board("gn28l95-eeprom"), CHIPS["gn28l95"]
-    unit.fault(SELECT + "skip=2")
-    unit.fault(READ + "reg=0x80")
-    unit.trace()
-    answers(unit, ["init"])
-    first = list(events(chip, f"@87 ?80:7 {PROBES[1]} @ff"))
-    for place in (1, -1):
-        first[place] = first[place].replace("ok", "fault")
-    assert list(seen(unit)) == first + ["wait 500000"] + list(events(chip, f"{chip.find} {SUPPLY}"))
 
 
 @pytest.mark.parametrize("faults, said, chip_type, driver", [

@@ -96,19 +96,6 @@ def test_texts_of_a_form(board, word, label, good, bad, refusal):
     assert sys(unit, *each(word, bad), word) == [*replies(bad, refusal), (0, line(label, shown[-1]))]
 
 
-def test_library_that_judges_otherwise(board):
-    unit = board("ux3361")
-    assert sys(unit, f"mac {'x' * 32}") == replies(["x" * 31], "mac is invalid: {}, format is xx:xx:xx:xx:xx:xx\nsys mac fail\n")
-    # The pieces are taken as they come, no more than six of them.
-    unit.fault("libvx_is_valid_macAddr times=3 result=1")
-    assert sys(unit, "mac 1:2:f", "mac", "mac 1:2:3:4:5:6:7:8:9", "mac", "mac zz", "mac")[1::2] == replies(
-        ["01:02:0F:00:00:00", "01:02:03:04:05:06", "00:00:00:00:00:00"], line("Mac Address:", "{}"))
-    unit.fault("libvx_sys_setPhyPortMap")
-    unit.fault("libvx_is_valid_phyPortMap skip=1 result=0")
-    assert sys(unit, "phyportmap 4,5,6,7", "phyportmap 4,5,6,7") == [
-        (0, "sys phy port map fail\n"), *replies(["4,5,6,7"], "Phy Port Map is invalid: {}, format is x,x,x,x\n" + FAIL)]
-
-
 def test_serial_numbers(board):
     unit = board("ux3361")
     warning = ("WARNING: {},the SN should be 16 hexadecimal digits or 12 digits with 8 hexadecimal after four characters"

@@ -94,8 +94,6 @@ def test_calls_and_show(board):
     unit.power_cycle()  # the service starts anew
     talk(unit, "voice", ("show", parameters(("2", "/tmp/v"), ("Up", "Idle", "*21#", "", "sip agent", "None"),
                                             ("Up", "Idle", "", "ims feature", "", "None"))))
-    unit.fault("libVoip_show")
-    talk(unit, "voice", ("show", ""))
     single = board("sfu-gn25l95")  # has no telephone
     single.trace()
     talk(single, "voice", ("show", parameters(("1", ""))), ("calltest 1", ""), ("ring on 0", ""))
