@@ -72,5 +72,6 @@ def test_trace_and_log(board):
     steps(unit, "w:51:10:01ff", "wait:4000", "r:51:10:2", "w:51:10:aa", "w:51:10:bb", "log")
     lines = unit.trace()
     assert [line.time - lines[0].time for line in lines] == [0, 0] + [4000] * 5 and len({line.pid for line in lines}) == 1
+    assert [line.fields[5] for line in lines if line.kind == "i2c"] == ["ok", "ok", "ok", "busy"]
     # The level that the program reads is the library's own variable.
     assert (unit.path / "log").read_text().partition(" ")[2] == "libvx Error: src/x.cpp:7 step: level 1\n"

@@ -76,18 +76,6 @@ def test_nothing_in_a_board_leads_out_of_it(view, board):
     assert links and not any(link.exists() for link in links)
 
 
-def test_boards_do_not_touch_each_other(view, board):
-    units = [board("ux3361"), board("ux3361")]
-    script = "echo $0 >/var/x; echo $0 >/tmp/x; while [ ! -e /tmp/go ]; do sleep 0.01; done; cat /var/x /tmp/x"
-    running = [subprocess.Popen([VXBOARD, "run", unit.path, "sh", "-c", script, str(number)], stdout=subprocess.PIPE)
-               for number, unit in enumerate(units)]
-    while not all(unit.unit("tmp/x").exists() for unit in units):
-        time.sleep(0.01)
-    for unit in units:
-        unit.unit("tmp/go").touch()
-    assert [process.communicate(timeout=60)[0] for process in running] == [b"0\n0\n", b"1\n1\n"]
-
-
 def test_background_outlives_the_command(view, board):
     unit = board("ux3361")
     script = "(while [ ! -e /tmp/go ]; do sleep 0.01; done; echo late >/var/late; exit 9) >/dev/null 2>&1 & exit 3"

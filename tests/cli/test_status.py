@@ -36,21 +36,3 @@ def test_iic_set(board):
         assert answers(unit, ["iic_set " + words]) == [answer]
         assert (status.read_text() if status.exists() else None) == left
     assert unit.trace() == []
-
-
-def test_text_comes_before_the_shells_own(board):
-    """Each line of vxcli stands before the complaint of the shell command that it runs next, in a pipe too."""
-    unit = board("ux3361")
-    for name in ("bob_chip_type", "bob_e2prom_status", "bob_driver_status"):
-        unit.unit("var/" + name).mkdir()
-    unit.unit("userconfig/config").rename(unit.unit("userconfig/kept"))
-    out = unit.sh("{ echo 1 > /var/bob_chip_type; cp /etc/passwd /userconfig/config/velmarix_backup_bob.bin;"
-                  " vxcli bob init; } 2>&1 | cat").out
-    shell, copy, *lines = out.splitlines()  # the two complaints, and then what is to be looked at
-    shell = shell.replace("bob_chip_type", "{}")
-    assert lines == [
-        "bob:BOSA Chip Type: UX3361.", shell.format("bob_chip_type"), shell.format("bob_e2prom_status"),
-        "open file: /var/velmarix_bob.bin fail!", "bob:read data from /var/velmarix_bob.bin fail.",
-        "open file: /userconfig/config/velmarix_backup_bob.bin fail!",
-        "bob:read data from /userconfig/config/velmarix_backup_bob.bin fail.",
-        "bob:read data from /etc/velmarix_default_bob_ux3361.bin", shell.format("bob_driver_status"), copy]

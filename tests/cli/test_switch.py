@@ -75,6 +75,13 @@ def test_a_full_table(board):
     talk(unit, "switch", ("listmac 3", ""))
 
 
+def test_four_at_once_lose_no_entry(board):
+    unit = board("ux3361")
+    unit.sh("for i in 1 2 3 4; do (for j in 1 2 3 4 5 6; do vxcli switch addmac 0 $j $i:0:0:0:0:$j; done) & done; wait")
+    lines = (unit.path / TABLE.format(0)).read_text().splitlines()
+    assert sorted(lines) == sorted(f"{i:02}:00:00:00:00:{j:02} {j}" for i in range(1, 5) for j in range(1, 7))
+
+
 # ---- rules for the CPU ----
 
 @pytest.mark.parametrize("verb", ["add", "del"])
