@@ -13,11 +13,13 @@ NO_LENGTH, BAD_LENGTH, LONG = "Please specify data length.", "Length invalid.", 
 NO_DATA, BAD_DATA, MISMATCH = "Please specify data.", "Data value invalid.", "Data number is not match legth."
 EXTRA = "Invalid command."
 
-# What makes a number is the unit tests' business: here each word's own rule and message.
-DEVICES = {"": NO_DEVICE, "''": BAD_DEVICE, "0x51g": BAD_DEVICE}
+# What makes a number: all of the word, in the base that it announces itself; the low 32 bits count. For the other words
+# their own rules and messages.
+DEVICES = {"": NO_DEVICE, **dict.fromkeys(("''", "' '", "'81 '", "0x", "0x51g", "0x5G", "08"), BAD_DEVICE),
+           **dict.fromkeys(("0x100000051", "0X51", "0121", "-4294967215"), NO_REG)}
 REGISTERS = {"": NO_REG, "''": BAD_REG, "0x7fz": BAD_REG, "256": BAD_REG, "-1": BAD_REG}
 LENGTHS = {"": NO_LENGTH, "''": BAD_LENGTH, "7": LONG, "-1": LONG, "0xffff": LONG}
-DATA = {"''": BAD_DATA, "1x": BAD_DATA, "256": BAD_DATA, "-1": BAD_DATA, "4294967295": BAD_DATA,
+DATA = {"''": BAD_DATA, "1x": BAD_DATA, "256": BAD_DATA, "-1": BAD_DATA, "4294967295": BAD_DATA, "99999999999999999999999": BAD_DATA,
         "-2": NO_CHIP, "-256": NO_CHIP, "255": NO_CHIP}
 
 
