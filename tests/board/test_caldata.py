@@ -13,18 +13,6 @@ def unit(board):
     return made
 
 
-@pytest.mark.parametrize("offset, size", [(0xFFF, 2), (0x1234, 0x3456), (0, SIZE), (SIZE - 1, 1), (SIZE, 0)])
-def test_a_range_and_nothing_else(unit, offset, size):
-    source, copy, flash = unit.unit("tmp/source"), unit.unit("tmp/copy"), unit.path / "flash/hwconfig"
-    copy.write_bytes(b"what was there before" * 5000)
-    for length in (0, 0x800, 2 * SIZE):
-        source.write_bytes(bytes(i * 13 % 256 for i in range(length)))
-        inside = source.read_bytes()[:size].ljust(size, b"\xff")  # what the file does not fill is erased
-        where = f"hwconfig:{offset:x}:{size:x}"
-        assert unit.run("vxcli_bus_steps", f"calsave:{where}:/tmp/source", f"calget:{where}:/tmp/copy").out == "ok\nok\n"
-        assert flash.read_bytes() == PATTERN[:offset] + inside + PATTERN[offset + size:] and copy.read_bytes() == inside
-
-
 def test_what_cannot_be_done_changes_nothing(unit):
     flash, file, faults = unit.path / "flash/hwconfig", unit.unit("tmp/file"), unit.path / "faults"
     file.write_bytes(b"kept")

@@ -42,9 +42,6 @@ def test_refused_limits(board):
          ("proto bgp", Bad("(null)")), ("proto bgp 1 0 1", Bad("1")), ("proto arp 1 1 1000001", Bad("1")), ("proto arp 2 0 1", Bad("0")),
          ("proto arp 1 z9 -1", Bad("z9")), ("proto arp -1 1x 1", Bad("1x")), ("proto show 2 1 1", Bad("1")))
     assert calls(unit) == []
-    set_attributes(unit, {"switch/proto/arp_ingress": "1 4294967295\n", "switch/proto/arp_egress": "1\n"})
-    # What cannot be read prints as what was read before.
-    talk(unit, "port", ("proto arp", limits("arp", (1, -1), (1, -1))))
 
 
 def test_actions(board):

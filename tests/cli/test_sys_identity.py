@@ -11,7 +11,6 @@ MODES = ["EPON", "GPON", "XGPON", "XGSPON", "XEPON", "XESPON", "ETHER", "AUTO"]
 SELECTIONS = ["auto_a", "auto_s", *(f"group_{number}" for number in range(10))]
 PONMODE = "bad arguments  {} !!\n\tponmode [epon|gpon|xgpon|xgspon|xepon|xespon|ETHER|auto]: get/set pon mode\nsys ponmode fail\n"
 ONUTYPE = "bad arguments  {} !!\n\tonutype [sfu|hgu]: get/set onu type\nsys onutype fail\n"
-PONMODE_FAILED = (1, "sys ponmode fail\n" + FAIL)
 
 
 def odd(name):
@@ -52,13 +51,6 @@ def test_modes_that_are_none(board):
     assert sys(unit, "ponmode") == [(1, stored + line("Working Pon Mode:") + FAIL)]
     # As many words as `show` pretends to have: the stored mode alone.
     assert sys(unit, "ponmode" + " x" * 99, "ponmode" + " x" * 98) == [(0, stored), *replies("x", PONMODE + FAIL)]
-
-    unit.fault("libvx_sys_setPonMode")
-    unit.fault("libvx_sys_setPonModestr")
-    unit.fault("libvx_ponApi_setPonMode skip=2")
-    for command, answer, mode in [("gpon", PONMODE_FAILED, "1\n"), ("auto_a", PONMODE_FAILED, "7\n"),
-                                  ("epon", (0, "sys ponmode success\n"), "7\n")]:
-        assert sys(unit, f"ponmode {command}") == [answer] and working.read_text() == mode
 
 
 def test_role(board):
