@@ -3,7 +3,6 @@
 import pytest
 
 from bench import FAIL
-from conftest import execute, native
 from sysinfo import SETTABLE, calls, info, line, lines, replies, said, sys
 
 LOADED, SAVED, NOT_SAVED = (0, "sys load success\n"), (0, "sys save success\n"), (0, "sys save fail\n")
@@ -86,76 +85,6 @@ def test_a_file_edited_by_hand(board):
     assert sys(unit, "model", "mac", "macnum", "mfg", "fxsnum", "onutype") == [(0, line(*texts)) for texts in shown]
     sys(unit, "model New", "area 7")
     assert info(unit).read_bytes() == b"# model\n\nModelName=New\n" + rest + b"\nArea=7\n"
-
-
-# The process dies at the DIE_ATth call that changes a file; of a write half is done.
-DIE_AT = r"""
-#define _GNU_SOURCE
-#include <signal.h>
-#include <stdlib.h>
-#include <sys/syscall.h>
-#include <unistd.h>
-static int is_last(void) {
-    static int left = -1;
-    if (left < 0) left = atoi(getenv("DIE_AT"));
-    return left > 0 && --left == 0;
-}
-ssize_t write(int fd, const void *data, size_t size) {
-    if (is_last()) { syscall(SYS_write, fd, data, size / 2); raise(SIGKILL); }
-    return syscall(SYS_write, fd, data, size);
-}
-int renameat(int from, const char *old, int to, const char *fresh) {
-    if (is_last()) raise(SIGKILL);
-    return syscall(SYS_renameat2, from, old, to, fresh, 0);
-}
-"""
-
-# Runs on the board. The model's name is the changing field: in the file, in flash, or on its way to one of them.
-KILLS = r"""
-import itertools, os, re, subprocess
-preloads, fresh = os.environ.get("LD_PRELOAD", ""), map(str, itertools.count())
-in_file = in_flash = "first"
-def run(words): return subprocess.run(["vxcli", "sys", *words.split()], stdout=subprocess.PIPE, text=True).stdout
-def stored():
-    before, name, after = re.fullmatch("(.*^ModelName=)(.*?)(\n.*)", open("/etc/vx_sys_info").read(), re.S | re.M).groups()
-    return name, before + after
-def dies(words, at):
-    env = {**os.environ, "DIE_AT": str(at), "LD_PRELOAD": preloads + ":/tmp/preload.so"}
-    return subprocess.run(["vxcli", "sys", *words.split()], stdout=subprocess.DEVNULL, env=env).returncode < 0
-def step(command, at):
-    global in_file, in_flash
-    if command == "save":
-        run(f"model {next(fresh)}")
-        in_file = stored()[0]
-    new = next(fresh)
-    died = dies(f"model {new}" if command == "model" else command, at)
-    may = {in_file, {"model": new, "save": in_file, "load": in_flash}[command]}
-    in_file, others = stored()
-    assert in_file in may and others == whole, (command, at, may, in_file, others)
-    assert run("model") == f"{'Model Name:':<24} {in_file}\n"
-    if command == "save":
-        may = {in_file, in_flash}
-        open("/etc/vx_sys_info", "w").close()
-        assert run("load") == "sys load success\n"
-        in_file, others = stored()
-        assert in_file in may and others == whole, (command, at, may, in_file, others)
-        in_flash = in_file
-    return died
-run("load"), run("model first"), run("save")
-_, whole = stored()
-for command, least in {"model": 2, "save": 4, "load": 2}.items():
-    assert next(at for at in itertools.count(1) if not step(command, at)) > least
-print("whole")
-"""
-
-
-@native  # has a preload of its own
-def test_killed_at_any_moment(board):
-    """At each step of its work."""
-    unit = board("ux3361")
-    unit.unit("tmp/preload.c").write_text(DIE_AT)
-    assert execute("cc", "-shared", "-fPIC", "-o", unit.unit("tmp/preload.so"), unit.unit("tmp/preload.c")) == (0, "", "")
-    assert unit.run("/usr/bin/python3", "-", stdin=KILLS, wait=True)[:2] == (0, "whole\n")
 
 
 def test_many_writers_at_once(board):
