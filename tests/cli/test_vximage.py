@@ -113,7 +113,6 @@ def test_which_chip(board, tmp_path):
     assert vximage("check", path).out.startswith(f"{path}: record of UX3361, UX3362S or UX3365, checked as UX3365\n")
     image[512 + 0x66] ^= 1
     path.write_bytes(image)
-    assert vximage("check", path)[0] == 1
     assert vximage("fix", path) == (2, "", f"vximage: {path}: may be of UX3361, UX3362S or UX3365, which sum "
                                            "differently: say which with --chip\n")
     assert path.read_bytes() == image
