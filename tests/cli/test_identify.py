@@ -2,7 +2,7 @@
 
 import pytest
 
-from bench import CHIPS, FAIL, PROBES, SUPPLY, answers, events, loaded, seen
+from bench import CHIPS, FAIL, SUPPLY, answers, events, loaded, seen
 
 RETRY = "warning!!! bob_initialize failed, reinit again!!!\n"
 CHECK = "Check bosa chip type fail!\n"
