@@ -29,9 +29,6 @@ def test_switches(board, group):
         for word, value in (("1", 1), ("0", 0), ("1x 2", 1), ("x", 0), ("4294967297", 1), ("0x1", 0)):
             talk(unit, group, (f"{name} {word}", ""))
             assert attributes(unit)[f"pon/{group}/{name}"] == f"{value}\n"
-    unit.fault(f"libvx_ponApi_{group}OptTxCtl result=1")
-    talk(unit, group, ("tx 1", ""))
-    assert attributes(unit)[f"pon/{group}/tx"] == "0\n" and unit.faults() == []
 
 
 def test_status(board):
