@@ -1,6 +1,7 @@
 #include "status_read.h"
 
 #include "board_dir.h"
+#include "text_front.h"
 
 #include <algorithm>
 #include <charconv>
@@ -77,7 +78,7 @@ bool to_numbers(const shown_attribute &shown, std::span<uint32_t> numbers) {
 }
 
 std::string_view take_line(std::string_view *text) {
-    const std::string_view line = text->substr(0, text->find('\n'));
+    const std::string_view line = text_front(*text, text->find('\n'));
     *text = text_behind(*text, line.size() + 1);
     return line;
 }
@@ -98,7 +99,7 @@ std::string_view find_field(std::string_view text, std::string_view key) {
     while (!text.empty()) {
         const std::string_view line = take_line(&text);
         const size_t sign = line.find('=');
-        if (sign != line.npos && trim(line.substr(0, sign)) == key) {
+        if (sign != std::string_view::npos && trim(text_front(line, sign)) == key) {
             const std::string_view value = trim(text_behind(line, sign + 1));
             return is_printable(value) ? value : std::string_view("damaged");
         }

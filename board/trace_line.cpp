@@ -1,12 +1,14 @@
 #include "trace_line.h"
 
+#include "text_front.h"
+
 #include <charconv>
 
 // Takes the next word off the text; empty at the end.
 static std::string_view take_word(std::string_view *text) {
     const size_t start = text->find_first_not_of(' ');
-    text->remove_prefix(start == text->npos ? text->size() : start);
-    const std::string_view word = text->substr(0, text->find(' '));
+    text->remove_prefix(start == std::string_view::npos ? text->size() : start);
+    const std::string_view word = text_front(*text, text->find(' '));
     text->remove_prefix(word.size());
     return word;
 }
@@ -28,17 +30,17 @@ static bool take_number(std::string_view *text, number_t *number, int base = 10)
 }
 
 static bool at_end(std::string_view text) {
-    return text.find_first_not_of(' ') == text.npos;
+    return text.find_first_not_of(' ') == std::string_view::npos;
 }
 
 bool trace_parse_line(std::string_view text, traced_line *line) {
     const std::string_view time = take_word(&text);
     const size_t point = time.find('.');
     std::string_view fraction = time;
-    fraction.remove_prefix(point == time.npos ? time.size() : point + 1);
+    fraction.remove_prefix(point == std::string_view::npos ? time.size() : point + 1);
     uint32_t seconds = 0;
     uint32_t micros = 0;
-    if (fraction.size() != 6 || !to_number(time.substr(0, point), &seconds) || !to_number(fraction, &micros) ||
+    if (fraction.size() != 6 || !to_number(text_front(time, point), &seconds) || !to_number(fraction, &micros) ||
         !take_number(&text, &line->process)) {
         return false;
     }

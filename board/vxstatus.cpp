@@ -4,6 +4,7 @@
 #include "status_flash.h"
 #include "status_read.h"
 #include "status_row.h"
+#include "text_front.h"
 
 #include <algorithm>
 #include <cerrno>
@@ -122,33 +123,38 @@ static void show_pon(int board) {
     }
 }
 
-static void show_ports(int board) {
+// Adds the port in switch/`directory`: portN.
+static void show_port(int board, const char *directory, status_row *row) {
     static constexpr const char *speeds[] = {"0", "10M", "100M", "1000M", "2500M"};
+    const char *number = directory + 4;
+    const char *name = strcmp(number, "5") == 0    ? "10G"
+                       : strcmp(number, "14") == 0 ? "PON"
+                       : strcmp(number, "15") == 0 ? "CPU"
+                                                   : number;
+    char path[64];
+    snprintf(path, sizeof path, "switch/%s", directory);
+    const shown_attribute admin = read_attribute(board, path, "admin");
+    const shown_attribute link = read_attribute(board, path, "link");
+    uint32_t state[3] = {}; // up, speed, duplex
+    if (!admin.ok || strcmp(admin.text, "1") != 0) {
+        add_item(row, "%s %s", name, word_of(admin, off_on));
+    } else if (!to_numbers(link, state)) {
+        add_item(row, "%s %s", name, link.ok ? "damaged" : link.text);
+    } else if (state[0] == 0) {
+        add_item(row, "%s down", name);
+    } else {
+        add_item(row, "%s up %s%s", name, state[1] < std::size(speeds) ? speeds[state[1]] : "?",
+                 state[2] == 1 ? " half" : "");
+    }
+}
+
+static void show_ports(int board) {
     const name_list names = list_names(board, "switch");
     status_row row = begin_row("ports");
     for (size_t i = 0; i < names.count; i++) {
-        if (strncmp(names.names[i], "port", 4) != 0 || names.names[i][4] < '0' || names.names[i][4] > '9') {
-            continue;
-        }
-        const char *number = names.names[i] + 4;
-        const char *name = strcmp(number, "5") == 0    ? "10G"
-                           : strcmp(number, "14") == 0 ? "PON"
-                           : strcmp(number, "15") == 0 ? "CPU"
-                                                       : number;
-        char path[64];
-        snprintf(path, sizeof path, "switch/%s", names.names[i]);
-        const shown_attribute admin = read_attribute(board, path, "admin");
-        const shown_attribute link = read_attribute(board, path, "link");
-        uint32_t state[3] = {}; // up, speed, duplex
-        if (!admin.ok || strcmp(admin.text, "1") != 0) {
-            add_item(&row, "%s %s", name, word_of(admin, off_on));
-        } else if (!to_numbers(link, state)) {
-            add_item(&row, "%s %s", name, link.ok ? "damaged" : link.text);
-        } else if (state[0] == 0) {
-            add_item(&row, "%s down", name);
-        } else {
-            add_item(&row, "%s up %s%s", name, state[1] < std::size(speeds) ? speeds[state[1]] : "?",
-                     state[2] == 1 ? " half" : "");
+        const char *name = names.names[i];
+        if (strncmp(name, "port", 4) == 0 && name[4] >= '0' && name[4] <= '9') {
+            show_port(board, name, &row);
         }
     }
     end_row(&row, "?");
@@ -211,7 +217,8 @@ static void show_wifi(int board) {
         const std::string_view line = take_line(&text);
         const size_t id = line.find('\t');
         const size_t driver = line.rfind('\t');
-        if (id == line.npos || driver < id + 9 || !is_printable(text_behind(line, id + 1).substr(0, 8)) ||
+        if (id == std::string_view::npos || driver < id + 9 ||
+            !is_printable(text_front(text_behind(line, id + 1), 8)) ||
             !is_printable(text_behind(line, driver + 1))) {
             add_item(&row, "damaged");
             break;
@@ -233,12 +240,12 @@ static void show_faults(int board) {
     while (!text.empty()) {
         const std::string_view line = take_line(&text);
         const size_t rule = line.find_first_not_of(" \t\r");
-        if (rule == line.npos || line[rule] == '#') {
+        if (rule == std::string_view::npos || line[rule] == '#') {
             continue;
         }
         count++;
         if (count <= shown_most) {
-            const std::string_view shown = is_printable(line) ? line.substr(0, 85) : std::string_view("damaged");
+            const std::string_view shown = is_printable(line) ? text_front(line, 85) : std::string_view("damaged");
             printf("%*s%.*s\n", count == 1 ? 0 : label_width + 1, "", static_cast<int>(shown.size()), shown.data());
         }
     }

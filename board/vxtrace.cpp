@@ -1,6 +1,7 @@
 // Shows a trace readably: vxtrace FILE. "vxboard trace --help" tells what is in the columns and how the time on the
 // bus is counted.
 
+#include "text_front.h"
 #include "trace_line.h"
 #include "trace_sums.h"
 
@@ -175,7 +176,7 @@ static bool show_mem(trace_view *view, const traced_line &line) {
     print_times(view, line);
     printf("%-6s 0x%08x[", "mem", mem.address);
     if (mem.width != 1) {
-        printf("%lld:", int64_t{mem.low} + mem.width - 1LL);
+        printf("%lld:", 0LL + mem.low + mem.width - 1);
     }
     printf("%u] = 0x%x -> %d\n", mem.low, mem.value, mem.result);
     return true;
@@ -223,7 +224,7 @@ static void show_line(trace_view *view, std::string_view text, uint64_t number, 
     if (!shown) {
         print_what("?");
         printf("line %llu: ", static_cast<unsigned long long>(number));
-        print_text(text.substr(0, 64));
+        print_text(text_front(text, 64));
         printf("%s\n", text.size() > 64 ? "..." : "");
         view->sums.first_damaged = view->sums.damaged == 0 ? number : view->sums.first_damaged;
         view->sums.damaged++;
