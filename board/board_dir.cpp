@@ -140,7 +140,7 @@ struct attr_text {
     char text[65]; // one more than an attribute has, for the NUL
     size_t length; // with the newline; 0: it does not fit
 
-    attr_text(const char *format, va_list arguments) : length(0) {
+    [[gnu::format(printf, 2, 0)]] attr_text(const char *format, va_list arguments) : length(0) {
         const int printed = vsnprintf(text, sizeof text - 1, format, arguments);
         if (printed >= 0 && static_cast<size_t>(printed) < sizeof text - 1) {
             length = static_cast<size_t>(printed);

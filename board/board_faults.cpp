@@ -79,30 +79,36 @@ static bool matches(const fault_rule &rule, const fault_point &point) {
 // Writes a rule as it stands now: the words that are not the defaults. Returns the length, newline included.
 static size_t print_rule(const fault_rule &rule, char *line, size_t size) {
     size_t end = 0;
-    auto add = [&](const char *format, auto value) {
+    auto add = [&](const char *key, const char *value) {
         if (end < size) {
-            end += static_cast<size_t>(snprintf(line + end, size - end, format, value));
+            end += static_cast<size_t>(snprintf(line + end, size - end, "%s%s", key, value));
         }
     };
-    add("%s", rule.operation);
-    if (rule.device != any) {
-        add(" dev=0x%02lx", rule.device);
-    }
-    if (rule.reg != any) {
-        add(" reg=0x%02lx", rule.reg);
-    }
-    if (rule.skip != 0) {
-        add(" skip=%ld", rule.skip);
-    }
+    auto add_number = [&](const char *key, long number, long unless) {
+        char text[24];
+        snprintf(text, sizeof text, "%ld", number);
+        if (number != unless) {
+            add(key, text);
+        }
+    };
+    auto add_address = [&](const char *key, long address) {
+        char text[24];
+        snprintf(text, sizeof text, "%02lx", static_cast<unsigned long>(address));
+        if (address != any) {
+            add(key, text);
+        }
+    };
+    add(rule.operation, "");
+    add_address(" dev=0x", rule.device);
+    add_address(" reg=0x", rule.reg);
+    add_number(" skip=", rule.skip, 0);
     if (rule.times == always) {
-        add(" times=%s", "always");
-    } else if (rule.times != 1) {
-        add(" times=%ld", rule.times);
+        add(" times=", "always");
+    } else {
+        add_number(" times=", rule.times, 1);
     }
-    if (rule.result != 6) {
-        add(" result=%ld", rule.result);
-    }
-    add("%s", "\n");
+    add_number(" result=", rule.result, 6);
+    add("\n", "");
     return end < size ? end : size - 1;
 }
 

@@ -1,5 +1,6 @@
 #include "chip_models.h"
 
+#include <algorithm>
 #include <cstdio>
 #include <cstring>
 
@@ -99,12 +100,9 @@ bool chip_read_only(const chip_model &chip, chip_page page, uint8_t index) {
     if (page == chip.eeprom_flag.table && reg == chip.eeprom_flag.reg) {
         return true;
     }
-    for (const chip_identity &run : chip.identity) {
-        if (page == run.table && reg >= run.first && reg < run.first + run.bytes.size()) {
-            return true;
-        }
-    }
-    return false;
+    return std::ranges::any_of(chip.identity, [=](const chip_identity &run) {
+        return page == run.table && reg >= run.first && reg < run.first + run.bytes.size();
+    });
 }
 
 chip_page_name chip_page_file(chip_page page) {

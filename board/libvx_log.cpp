@@ -21,7 +21,8 @@ static const char *known(const char *text) {
     return text == nullptr ? "?" : text;
 }
 
-void libvx_logPrint(const char *tag, const char *file, const char *func, int32_t line, const char *format, ...) {
+[[gnu::format(printf, 5, 6)]] void libvx_logPrint(const char *tag, const char *file, const char *func, int32_t line,
+                                                  const char *format, ...) {
     board_fd board(board_open());
     if (board.fd < 0) {
         return;
@@ -29,7 +30,7 @@ void libvx_logPrint(const char *tag, const char *file, const char *func, int32_t
     char message[512]; // a longer one is cut
     va_list arguments;
     va_start(arguments, format);
-    vsnprintf(message, sizeof message, known(format), arguments);
+    vsnprintf(message, sizeof message, format == nullptr ? "?" : format, arguments);
     va_end(arguments);
     message[strcspn(message, "\n")] = '\0'; // one message is one line
 

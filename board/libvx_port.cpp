@@ -65,9 +65,12 @@ int32_t libvx_switchApi_portGetLinkStatus(uint16_t port, uint32_t *link, uint32_
         if (result == LIBVX_RET_OK) {
             const bool up = admin != 0 && now[0] != 0;
             const bool forced = set[0] == link_force && set[1] != LIBVX_SW_PORT_SPEED_AUTO;
+            static constexpr uint32_t down[3] = {};
             *link = up ? now[0] : 0;
-            *speed = !up ? 0 : forced ? set[1] : now[1];
-            *duplex = !up ? 0 : forced ? set[2] : now[2];
+            const uint32_t *works = forced ? set : now;
+            works = up ? works : down;
+            *speed = works[1];
+            *duplex = works[2];
         }
         return result;
     });

@@ -166,19 +166,20 @@ int32_t libVoip_debug_level(int32_t level, const char *file) {
 
 // What an attribute of a line becomes: an object's parameter, and for 0 and 1 their names.
 struct parameter_row {
-    const char *format; // of the path, with the instance number of the line
+    const char *object; // the instance number of the line is between the two
+    const char *parameter;
     const char *attribute;
     const char *off;
     const char *on; // null: the text itself
 };
 
 static constexpr parameter_row parameters[] = {
-    {"VoiceProfile.1.Line.%d.Status", "registered", "Disabled", "Up"},
-    {"VoiceProfile.1.Line.%d.RingState", "ringing", "Idle", "Ringing"},
-    {"VoiceProfile.1.Line.%d.LastDialled", "dialled", nullptr, nullptr},
-    {"VoiceProfile.1.Line.%d.LastRefreshed", "refreshed", nullptr, nullptr},
-    {"VoiceProfile.1.Line.%d.LastReported", "reported", nullptr, nullptr},
-    {"PhyInterface.%d.Tests.TestState", "in_test", "None", "Requested"},
+    {"VoiceProfile.1.Line", "Status", "registered", "Disabled", "Up"},
+    {"VoiceProfile.1.Line", "RingState", "ringing", "Idle", "Ringing"},
+    {"VoiceProfile.1.Line", "LastDialled", "dialled", nullptr, nullptr},
+    {"VoiceProfile.1.Line", "LastRefreshed", "refreshed", nullptr, nullptr},
+    {"VoiceProfile.1.Line", "LastReported", "reported", nullptr, nullptr},
+    {"PhyInterface", "Tests.TestState", "in_test", "None", "Requested"},
 };
 
 static bool print_parameter(int dir, const char *path, const char *attribute, const char *off, const char *on) {
@@ -200,7 +201,7 @@ static bool print_line(int dir, int32_t line) {
     bool ok = true;
     for (const parameter_row &row : parameters) {
         char path[64];
-        snprintf(path, sizeof path, row.format, line + 1); // NOLINT(clang-diagnostic-format-nonliteral): of our own
+        snprintf(path, sizeof path, "%s.%d.%s", row.object, line + 1, row.parameter);
         ok = ok && print_parameter(dir, path, row.attribute, row.off, row.on);
     }
     return ok;

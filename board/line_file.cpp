@@ -55,9 +55,9 @@ static bool is_same(const char *line, const char *wanted) {
     }
 }
 
-// Moves the lines that are not empty and not `line` to the front, each with its newline, for which the text must
-// have room. Returns where they end; `kept` and `gone` count.
-static char *take_out(char *text, const char *line, uint32_t *kept, uint32_t *gone) {
+// Moves the lines that are not empty and not `unwanted` to the front, each with its newline, for which the text
+// must have room. Returns where they end; `kept` and `gone` count.
+static char *take_out(char *text, const char *unwanted, uint32_t *kept, uint32_t *gone) {
     char *end = text;
     for (const char *next = text; *next != '\0';) {
         const char *each = next;
@@ -65,7 +65,7 @@ static char *take_out(char *text, const char *line, uint32_t *kept, uint32_t *go
         if (line_is_empty(each)) {
             continue;
         }
-        if (is_same(each, line)) {
+        if (is_same(each, unwanted)) {
             ++*gone;
             continue;
         }

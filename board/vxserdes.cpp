@@ -218,6 +218,7 @@ static int open_path(const char *path, int flags, mode_t mode) {
     return static_cast<int>(syscall(SYS_openat, AT_FDCWD, path, flags, mode));
 }
 
+// NOLINTNEXTLINE(readability-inconsistent-declaration-parameter-name): the system's header uses reserved names
 PRELOADED int open(const char *path, int flags, ...) {
     mode_t mode = 0;
     if ((flags & O_CREAT) != 0 || (flags & O_TMPFILE) == O_TMPFILE) {
@@ -230,6 +231,7 @@ PRELOADED int open(const char *path, int flags, ...) {
 }
 
 // Where files are 64 bits wide anyway, this is the same call.
+// NOLINTNEXTLINE(readability-inconsistent-declaration-parameter-name)
 PRELOADED int open64(const char *path, int flags, ...) __attribute__((alias("open")));
 
 // What ioctl gives for a request that `body` does, unless a fault is armed for it.

@@ -96,7 +96,7 @@ void draw_seed(uint32_t seed) {
 
 uint32_t draw_below(uint32_t end) {
     draw_state = draw_state * 1664525 + 1013904223;
-    return static_cast<uint32_t>(uint64_t{draw_state} * end >> 32);
+    return static_cast<uint32_t>(static_cast<uint64_t>(draw_state) * end >> 32);
 }
 
 struct group_row {

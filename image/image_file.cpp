@@ -43,7 +43,7 @@ static bool is_dash(const char *path) {
 
 // A descriptor that closes itself.
 struct open_file {
-    explicit open_file(int fd) : fd(fd) {}
+    explicit open_file(int opened) : fd(opened) {}
     open_file(const open_file &) = delete;
     open_file &operator=(const open_file &) = delete;
     ~open_file() {

@@ -4,7 +4,7 @@
 #include "libvx.h"
 #include "port/port_index.h"
 
-using stats = libvx_switch_ctcPmData_t;
+using stats = libvx_switch_ctcPmData_s; // a name that cppcheck can parse &stats::... of
 
 static constexpr counter_s<stats> COUNTERS[] = {
     {"dsDropEvents", &stats::dsDropEvents},

@@ -35,8 +35,8 @@ static int32_t show_word(const chip_cal_info &slot, uint16_t address) {
         return internal_error(FAULT_OPEN_SCRATCH_FILE);
     }
     uint8_t bytes[2] = {};
-    if (fseek(file, address, SEEK_SET) == 0) {
-        (void)fread(bytes, 1, sizeof bytes, file);
+    if (fseek(file, address, SEEK_SET) != 0 || fread(bytes, 1, sizeof bytes, file) != sizeof bytes) {
+        // What is missing is 0 already.
     }
     fclose(file);
     printf("e2p in flash 0x%04X=0x%04X\n", address, bytes[0] | bytes[1] << 8);
