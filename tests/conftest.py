@@ -27,7 +27,9 @@ VXBOARD = BUILD / "bin" / "vxboard"
 # Where the programs and libraries themselves are: in a tree of scripts/qemu-tree another architecture's.
 GUEST = BUILD / "lib" / "guest" / ".vxboard"
 OBJECTS = GUEST if GUEST.exists() else BUILD
-SANITIZED = VXBOARD.exists() and "VXCLI_SANITIZE:BOOL=ON" in (BUILD / "CMakeCache.txt").read_text()
+OPTIONS = (BUILD / "CMakeCache.txt").read_text() if VXBOARD.exists() else ""
+SANITIZED = "VXCLI_SANITIZE:BOOL=ON" in OPTIONS
+HARDENED = "VXCLI_HARDEN:BOOL=ON" in OPTIONS
 native = pytest.mark.skipif(GUEST.exists(), reason="needs vxcli or the library as the host's own program")
 TORTURE = os.environ.get("VXCLI_TORTURE") == "1"  # everything, also what takes long: make torture
 

@@ -4,7 +4,7 @@ import re
 
 import pytest
 
-from conftest import OBJECTS, ROOT, SANITIZED, execute
+from conftest import HARDENED, OBJECTS, ROOT, SANITIZED, execute
 
 
 @pytest.mark.parametrize("name", ["libvx", "libvxvoip_api"])
@@ -23,6 +23,8 @@ def test_exports_are_what_the_header_declares(name):
     ("lib/libvx.so", {"libc.so.6"}, {"loader", "libm.so.6"}),
     ("lib/libvxvoip_api.so", set(), {"libc.so.6"}),
     ("lib/libvxclock.so", {"libc.so.6"}, {"loader"}),
+    ("lib/libvxserdes.so", {"libc.so.6"}, {"loader"}),
+    *((f"bin/{name}", {"libc.so.6"}, set()) for name in ("vximage", "vxproot", "vxstatus", "vxtrace")),
 ])
 def test_only_these_libraries_are_loaded(file, must, may):
     dynamic = execute("readelf", "-d", OBJECTS / file).out
@@ -31,6 +33,18 @@ def test_only_these_libraries_are_loaded(file, must, may):
     assert "(RPATH)" not in dynamic  # it would win over LD_LIBRARY_PATH
     if file == "bin/vxcli":
         assert "$ORIGIN/../lib" in re.search(r"\(RUNPATH\).*\[(.*)\]", dynamic)[1]
+
+
+@pytest.mark.skipif(not HARDENED, reason="only a release is hardened")
+@pytest.mark.parametrize("file", ["bin/vxcli", "bin/vximage", "bin/vxproot", "bin/vxstatus", "bin/vxtrace", "lib/libvx.so",
+                                  "lib/libvxvoip_api.so", "lib/libvxclock.so", "lib/libvxserdes.so"])
+def test_a_release_is_hardened(file):
+    seen = execute("readelf", "-hldW", OBJECTS / file).out
+    assert re.search(r"Type: +DYN", seen) and "GNU_RELRO" in seen and "BIND_NOW" in seen
+    assert re.search(r"GNU_STACK .* RW +0x", seen)  # not executable
+    assert file.startswith("lib/") or re.search(r"FLAGS_1.* PIE", seen)
+    imported = set(re.findall(r" U (\w+)", execute("nm", "-D", OBJECTS / file).out))
+    assert "__stack_chk_fail" in imported and any(re.fullmatch(r"__\w+_chk", name) for name in imported)
 
 
 def test_another_libvx_can_be_dropped_in(board):
