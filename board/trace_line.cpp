@@ -16,7 +16,7 @@ static std::string_view take_word(std::string_view *text) {
 // The whole word as a number; with a base of 16 it may begin with 0x.
 template <typename number_t>
 static bool to_number(std::string_view word, number_t *number, int base = 10) {
-    if (base == 16 && word.starts_with("0x")) {
+    if (base == 16 && text_front(word, 2) == "0x") {
         word.remove_prefix(2);
     }
     const char *end = word.data() + word.size();

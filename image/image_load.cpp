@@ -121,7 +121,8 @@ static chip_set chips_of_size(size_t size) {
 static bool looks_like_text(std::string_view contents) {
     const auto is_control = [](unsigned char c) { return iscntrl(c) != 0 && isspace(c) == 0; };
     const bool plain = std::ranges::none_of(contents, is_control);
-    const bool has_section = contents.find("a0_tab") != contents.npos || contents.find("a2_") != contents.npos;
+    const bool has_section =
+        contents.find("a0_tab") != std::string_view::npos || contents.find("a2_") != std::string_view::npos;
     const bool has_size = chips_of_size(contents.size()) != 0;
     return has_size ? plain && has_section : plain || has_section;
 }

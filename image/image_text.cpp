@@ -32,7 +32,7 @@ static bool next_line(std::string_view text, text_line &line) {
 // assignment or with a comment behind ";" has no such words.
 static std::string_view next_section_word(std::string_view &rest) {
     const auto in_word = [](char c) { return isalnum(static_cast<unsigned char>(c)) != 0 || c == '_'; };
-    if (rest.find_first_of(";=") != rest.npos) {
+    if (rest.find_first_of(";=") != std::string_view::npos) {
         return {};
     }
     while (!rest.empty()) {
@@ -41,7 +41,7 @@ static std::string_view next_section_word(std::string_view &rest) {
         const size_t size = static_cast<size_t>(std::ranges::find_if_not(rest, in_word) - rest.begin());
         const std::string_view word = slice(rest, 0, size);
         rest.remove_prefix(size);
-        if (word.find("a0_") != word.npos || word.find("a2_") != word.npos) {
+        if (word.find("a0_") != std::string_view::npos || word.find("a2_") != std::string_view::npos) {
             return word;
         }
     }

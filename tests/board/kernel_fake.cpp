@@ -153,6 +153,8 @@ static int erase(int fd, const erase_info_user &range) {
 }
 
 // Programming never sets a bit. Pages are programmed whole, once, in their block's order.
+// NOLINTBEGIN(readability-inconsistent-declaration-parameter-name): the system's headers use reserved names
+
 PRELOADED ssize_t write(int fd, const void *data, size_t size) {
     if (node_of(fd, "", AT_EMPTY_PATH) != flash) {
         return syscall(SYS_write, fd, data, size);
@@ -200,7 +202,8 @@ static int serve(int fd, unsigned long request, void *argument) {
         return erase(fd, *static_cast<erase_info_user *>(argument));
     default: // MEMGETBADBLOCK
         errno = EOPNOTSUPP;
-        return page == 1 ? -1 : *static_cast<loff_t *>(argument) == setting("FAKE_BAD", UINT32_MAX);
+        return page == 1 ? -1
+                         : static_cast<int>(*static_cast<loff_t *>(argument) == setting("FAKE_BAD", UINT32_MAX));
     }
 }
 
@@ -225,3 +228,5 @@ PRELOADED int fstatat(int dir, const char *path, struct stat *status, int flags)
     }
     return found ? 0 : -1;
 }
+
+// NOLINTEND(readability-inconsistent-declaration-parameter-name)
