@@ -3,7 +3,7 @@ PRESET ?= dev
 TIME ?= 600
 PYTEST = VXCLI_BUILD=build/$(PRESET) /usr/bin/python3 -m pytest -n auto tests
 
-.PHONY: help setup build demo test asan arm64 fuzz torture package lint
+.PHONY: help setup build demo test asan arm64 fuzz torture coverage package lint
 help:
 	@echo 'make demo    calibrate the transceiver of a virtual unit, showing each command'
 	@echo 'make test    build and run all tests'
@@ -13,6 +13,7 @@ help:
 	@echo 'make package Debian packages of the release; PRESET=arm64: for arm64'
 	@echo 'make fuzz    run the fuzzers for TIME=600 seconds in all; TARGET=commands: only this one'
 	@echo 'make torture kills and crowds: the long form of what "make test" does in short, with its figures'
+	@echo 'make coverage the tests, and which lines they execute'
 	@echo 'make lint    check format and style'
 	@echo 'make setup   install what these need (each of them does so by itself)'
 
@@ -49,6 +50,10 @@ fuzz:
 torture: build
 	VXCLI_TORTURE=1 VXCLI_BUILD=build/$(PRESET) /usr/bin/python3 -m pytest -n auto -rP \
 		tests/board/test_power_loss.py tests/cli/test_two_at_once.py
+
+coverage:
+	@scripts/setup --ci
+	@scripts/coverage
 
 lint: build
 	@scripts/setup --ci
