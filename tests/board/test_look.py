@@ -72,6 +72,8 @@ def test_trace(board):
     # A byte is nine bits; the device goes first, and once more before what is read, each time after a start.
     bits = sum(9 * (len(fields) - 6) + (20 if fields[1] == "write" else 30) for fields in transfers)
     assert shown.out.endswith(f", {bits} bits\n")
+    (unit.path / "trace").write_text("5.000000 7 mem 0x20100080 4 3 0x1 0\n")
+    assert "mem    0x20100080[6:4] = 0x1 -> 0\n" in trace("show").out
 
 
 def test_faults(board):
