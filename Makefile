@@ -3,7 +3,7 @@ PRESET ?= dev
 TIME ?= 600
 PYTEST = VXCLI_BUILD=build/$(PRESET) /usr/bin/python3 -m pytest -n auto tests
 
-.PHONY: help setup build demo test asan arm64 fuzz torture coverage package lint
+.PHONY: help setup build demo test asan arm64 fuzz torture coverage bench package lint
 help:
 	@echo 'make demo    calibrate the transceiver of a virtual unit, showing each command'
 	@echo 'make test    build and run all tests'
@@ -14,6 +14,7 @@ help:
 	@echo 'make fuzz    run the fuzzers for TIME=600 seconds in all; TARGET=commands: only this one'
 	@echo 'make torture kills and crowds: the long form of what "make test" does in short, with its figures'
 	@echo 'make coverage the tests, and which lines they execute'
+	@echo 'make bench   what vxcli costs: start-up, bus work, size, growth, with targets'
 	@echo 'make lint    check format and style'
 	@echo 'make setup   install what these need (each of them does so by itself)'
 
@@ -54,6 +55,11 @@ torture: build
 coverage:
 	@scripts/setup --ci
 	@scripts/coverage
+
+bench:
+	@scripts/setup --bench
+	@scripts/build release
+	@tests/cost/cost.py
 
 lint: build
 	@scripts/setup --ci
