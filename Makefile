@@ -59,7 +59,7 @@ coverage:
 bench:
 	@scripts/setup --bench
 	@scripts/build release
-	@tests/cost/cost.py
+	@bench/cost.py
 
 lint: build
 	@scripts/setup --ci

@@ -125,3 +125,9 @@ def test_status(board):
     shown = status()
     assert "table damaged" in shown["i2c/1"] and "1 ?" in shown["ports"] and shown["clock"] == "damaged"
     assert "bob ?" in shown["flash"]
+
+
+def test_profiles(environment):
+    lines = [" ".join(line.split()) for line in execute(VXBOARD, "profiles").out.splitlines()]
+    assert {"gn25l95-eeprom GN25L95 yes - home gateway", "sfu-gn25l95 GN25L95 no - single-family unit",
+            "ux3361-mt7615-mt7603 UX3361 no mt7615 mt7603 home gateway"} < set(lines)

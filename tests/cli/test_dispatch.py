@@ -5,6 +5,7 @@ import re
 import pytest
 
 from bench import FAIL, answers
+from conftest import native
 from links import HELP, LEAST, LISTINGS, talk
 
 
@@ -37,6 +38,12 @@ def test_words_and_statuses(board):
         assert unit.run("vxcli", word)[:2] == (0, f"unknow command {word}\n" + ALL_GROUPS)
         assert unit.run("vxcli", "bob", word)[:2] == (1, f"unknow command {word}\n" + ALL_BOB)
     assert unit.trace() == []
+
+
+@native  # under qemu by its name only
+def test_headings_name_the_program_as_it_was_called(board):
+    path = "/.vxboard/bin/vxcli"
+    assert board("ux3361").run(path)[:2] == (0, ALL_GROUPS.replace("vxcli", path))
 
 
 # What every command that needs the chip makes of the chip type file: None: there is none.

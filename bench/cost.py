@@ -3,7 +3,7 @@
 the machine; instructions are callgrind's, so that they do not depend on its load either. Everything runs in a board's
 view, with vxcli's own RUNPATH and without preloads, as on a unit.
 
-    tests/cost/cost.py [BUILD-TREE]      default: build/release. A missed target is marked; it is not an error.
+    bench/cost.py [BUILD-TREE]      default: build/release. A missed target is marked; it is not an error.
 """
 
 import os
@@ -14,7 +14,7 @@ import sys
 import tempfile
 from pathlib import Path
 
-ROOT = Path(__file__).resolve().parents[2]
+ROOT = Path(__file__).resolve().parents[1]
 BUILD = Path(sys.argv[1] if len(sys.argv) > 1 else ROOT / "build/release").resolve()
 RUNS = 300
 WRITE_BITS, READ_BITS = 1 + 9 + 9 + 1, 1 + 9 + 9 + 1 + 9 + 1  # besides 9 for each byte, see docs/board-directory.md
