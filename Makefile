@@ -59,7 +59,7 @@ coverage:
 bench:
 	@scripts/setup --bench
 	@scripts/build release
-	@bench/cost.py
+	@cost/cost.py
 
 lint: build
 	@scripts/setup --ci
