@@ -99,24 +99,13 @@ uint32_t draw_below(uint32_t end) {
     return static_cast<uint32_t>(static_cast<uint64_t>(draw_state) * end >> 32);
 }
 
-struct group_row {
-    const char *name;
-    const vxcli_cmd_t *commands;
-};
-static const group_row groups[] = {
-    {"epon", epon_cmds},
-    {"gpon", gpon_cmds},
-    {"sys", sys_cmds},
-    {"switch", switch_cmds},
-    {"bob", bob_cmds},
-    {"wlan", wlan_cmds},
-    {"port", port_cmds},
-    {"mirror", mirror_cmds},
-    {"image", image_cmds},
-    {"voice", voice_cmds},
-    {"consoleRedir", consoleRedirect_cmds},
-    {"dnsmasq", dnsmasq_cmds},
-};
+static const vxcli_subCmd_t &draw_group() {
+    uint32_t count = 0;
+    while (subCmds[count].name != nullptr) {
+        count++;
+    }
+    return subCmds[draw_below(count)];
+}
 
 // clang-format off
 static const char *const likely_words[] = {
@@ -163,12 +152,12 @@ std::string draw_line() {
     if (draw_below(24) == 0) {
         return draw_run();
     }
-    const group_row &group = groups[draw_below(std::size(groups))];
+    const vxcli_subCmd_t &group = draw_group();
     uint32_t commands = 0;
-    while (group.commands[commands].name != nullptr) {
+    while (group.subCmds[commands].name != nullptr) {
         commands++;
     }
-    const vxcli_cmd_t &command = group.commands[draw_below(commands)];
+    const vxcli_cmd_t &command = group.subCmds[draw_below(commands)];
     std::string line = std::string(group.name) + " " + command.name;
     const uint32_t least = static_cast<uint32_t>(command.argcMin);
     for (uint32_t i = least + draw_below(draw_below(8) == 0 ? 20 : 4); i > 0; i--) {

@@ -31,6 +31,9 @@ using vxcli_subCmd_t = vxcli_subCmd_s;
 // that the handler was given (null prints "null"). The caller returns its non-zero result itself.
 void show_bad_arguments(const char *value, const char *help);
 
+// All groups in listing order, ended by a row with a null name.
+extern const vxcli_subCmd_t subCmds[];
+
 // The command tables, one per group, each defined in its group's source file.
 extern const vxcli_cmd_t epon_cmds[];
 extern const vxcli_cmd_t gpon_cmds[];

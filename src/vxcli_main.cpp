@@ -6,9 +6,9 @@
 #include <cstdio>
 #include <cstring>
 
-// In listing order, one a line.
+// One a line.
 // clang-format off
-static constexpr vxcli_subCmd_t subCmds[] = {
+constinit const vxcli_subCmd_t subCmds[] = {
     {"epon", epon_cmds},
     {"gpon", gpon_cmds},
     {"sys", sys_cmds},
