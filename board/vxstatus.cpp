@@ -304,7 +304,9 @@ static void show_clock(int board) {
 int main(int argc, char *argv[]) {
     const board_fd board(argc != 2 ? -1 : open(argv[1], O_RDONLY | O_DIRECTORY | O_CLOEXEC));
     if (board.fd < 0) {
-        fprintf(stderr, "vxstatus: %s\n", argc != 2 ? "takes a board: vxstatus DIR" : strerror(errno));
+        const char *name = argc == 2 ? argv[1] : "a word too many or too few";
+        fprintf(stderr, "vxstatus: %s: %s; see \"vxboard status --help\"\n", name,
+                argc == 2 ? strerror(errno) : "takes a board");
         return 2;
     }
     printf("%-*s %s\n", label_width, "board", argv[1]);

@@ -11,7 +11,7 @@ set(VENDOR_SDK "" CACHE PATH "Where the maker's SDK is")
 set(VENDOR_SDK_PREFIX aarch64-linux-gnu CACHE STRING "What the names of the SDK's compiler begin with")
 set(VENDOR_SDK_FLAGS "" CACHE STRING "Compiler options that the unit needs, such as -mcpu=cortex-a53")
 list(APPEND CMAKE_TRY_COMPILE_PLATFORM_VARIABLES VENDOR_SDK VENDOR_SDK_PREFIX VENDOR_SDK_FLAGS)
-if(NOT EXISTS ${VENDOR_SDK}/bin/${VENDOR_SDK_PREFIX}-g++)
+if(NOT VENDOR_SDK OR NOT EXISTS ${VENDOR_SDK}/bin/${VENDOR_SDK_PREFIX}-g++)
   message(FATAL_ERROR "no ${VENDOR_SDK}/bin/${VENDOR_SDK_PREFIX}-g++: set VENDOR_SDK and VENDOR_SDK_PREFIX")
 endif()
 

@@ -29,6 +29,9 @@ def view(request, environment, monkeypatch):
     (["run", "none", "true"], "no board at none: make one with"),
     (["run", "--fast", "full", "true"], "no option --fast"),
     (["run", "made", "--"], "a command after the board"),
+    (["power-cycle", "led_out"], "led in it is a link"),
+    (["power-cycle", "table_out"], "/table_out/i2c/1/table is a link"),
+    (["power-cycle", "no_reset"], "/no_reset/i2c/1/reset/a2_low.bin is missing"),
     (["power-cycle", "full"], "full is not a board"),
     (["power-cycle", "linked"], "linked is not a board: unit/tmp in it is a link"),
     (["status", "half"], "half is a half-made board: no directory i2c in it"),
@@ -43,6 +46,11 @@ def test_errors_are_one_line_and_change_nothing(environment, tmp_path, monkeypat
     (tmp_path / "full" / "file").write_text("kept")
     assert execute(VXBOARD, "new", "ux3361", "made").status == 0
     assert execute(VXBOARD, "new", "ux3361", "linked").status == 0
+    for name, place in (("led_out", "led"), ("table_out", "i2c/1/table"), ("no_reset", "i2c/1/reset/a2_low.bin")):
+        assert execute(VXBOARD, "new", "ux3361", name).status == 0
+        (tmp_path / name / place).rename(tmp_path / name / "old")
+        if name != "no_reset":
+            (tmp_path / name / place).symlink_to(tmp_path / "full")
     (tmp_path / "linked/unit/tmp").rmdir()
     (tmp_path / "linked/unit/tmp").symlink_to(tmp_path / "full")
     before = sorted(tmp_path.rglob("*"))
