@@ -1,22 +1,16 @@
 #include "bob/bob_diag.h"
 
+#include "bob/bob_power.h"
 #include "common/words.h"
 #include "libvx.h"
 
-#include <cmath>
 #include <cstdio>
-
-// A power in units of 0.1 microwatt as dBm: minus infinity for none.
-static double to_dbm(uint16_t power) {
-    static constexpr double LN10 = 2.302585092994046;
-    return 10.0 * (log(power / 10000.0) / LN10);
-}
 
 int32_t bob_get_opt(int32_t, const char *const[], const char *) {
     libvx_pon_ctcOptDiag_t diag = {};
     libvx_ponApi_eponGetOptDiag(&diag);
-    printf("TxPwr \t%d \t(%.2f dBm)\n", int{diag.txPwr}, to_dbm(diag.txPwr));
-    printf("RxPwr \t%d \t(%.2f dBm)\n", int{diag.rxPwr}, to_dbm(diag.rxPwr));
+    printf("TxPwr \t%d \t(%.2f dBm)\n", int{diag.txPwr}, bob_power_to_dbm(diag.txPwr));
+    printf("RxPwr \t%d \t(%.2f dBm)\n", int{diag.rxPwr}, bob_power_to_dbm(diag.rxPwr));
     // The question marks and the missing parenthesis are as the stations know them.
     printf("Temp \t%d \t(%d ???\n", int{diag.temp}, diag.temp / 256);
     printf("Vcc \t%d \t(%d mV)\n", int{diag.vcc}, diag.vcc / 10);

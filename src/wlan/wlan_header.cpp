@@ -3,6 +3,7 @@
 #include "libvx.h"
 #include "wlan/wlan_slot.h"
 
+#include <algorithm>
 #include <cstdio>
 #include <cstring>
 #include <span>
@@ -114,7 +115,7 @@ void renew_cali_info_header(const char *chipname, uint32_t offset, uint32_t bin_
         return;
     }
     vx_cali_header fresh = {};
-    memcpy(fresh.chipname, chipname, strnlen(chipname, sizeof fresh.chipname));
+    std::copy_n(chipname, strnlen(chipname, sizeof fresh.chipname), fresh.chipname);
     put_cali_u32(&fresh.offset, offset);
     put_cali_u32(&fresh.bin_size, bin_size);
     put_cali_u32(&fresh.checksum, get_bin_check_sum(RENEW_TEMP_FILE, static_cast<int32_t>(bin_size)));
