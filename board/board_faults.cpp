@@ -2,6 +2,7 @@
 
 #include "board_dir.h"
 
+#include <algorithm>
 #include <cstdio>
 #include <cstdlib>
 #include <cstring>
@@ -42,7 +43,7 @@ static bool parse_rule(const char *line, size_t length, fault_rule *rule) {
     if (length >= sizeof text) {
         return false;
     }
-    memcpy(text, line, length);
+    std::copy_n(line, length, text);
     text[length] = '\0';
     text[strcspn(text, "#")] = '\0';
 
@@ -52,7 +53,7 @@ static bool parse_rule(const char *line, size_t length, fault_rule *rule) {
         return false;
     }
     *rule = {.operation = {}, .device = any, .reg = any, .skip = 0, .times = 1, .result = 6};
-    memcpy(rule->operation, word, strlen(word) + 1);
+    std::copy_n(word, strlen(word) + 1, rule->operation);
     while ((word = strtok_r(nullptr, " \t\r", &rest)) != nullptr) {
         if (strcmp(word, "times=always") == 0) {
             rule->times = always;
@@ -155,7 +156,7 @@ static fault_walk walk_rules(const char *text, size_t length, const fault_point 
                 continue;
             }
         }
-        memcpy(after.data() + walk.length, line, whole);
+        std::copy_n(line, whole, after.data() + walk.length);
         walk.length += whole;
         line = next;
     }
