@@ -78,23 +78,34 @@ static int32_t epon_get_stats(int32_t, const char *const[], const char *) {
     return 0;
 }
 
-// ---- the table ----
+// ---- switches, schedules and limits ----
 
 static constexpr index_rule_s LLID = {"llid", accepts_below<libvx_sys_getLlidNum>};
+static constexpr vxcli_handler_t epon_set_tx = config_enable<libvx_ponApi_eponOptTxCtl>;
+static constexpr vxcli_handler_t epon_set_rx = config_enable<libvx_ponApi_eponOptRxCtl>;
+static constexpr vxcli_handler_t epon_set_rogue_onu = config_enable<libvx_ponApi_eponSetRogueOnu>;
+static constexpr vxcli_handler_t epon_config_qos =
+    config_queue_schedule<LLID, libvx_ponApi_eponGetQueue, libvx_ponApi_eponSetQueue>;
+static constexpr vxcli_handler_t epon_config_rate_limit =
+    config_rate_limit<LLID, libvx_ponApi_eponGetLlidRateLimit, libvx_ponApi_eponSetLlidRateLimit>;
+static constexpr vxcli_handler_t epon_config_queue_rate_limit =
+    config_queue_rate_limit<LLID, libvx_ponApi_eponGetQueueRateLimit, libvx_ponApi_eponSetQueueRateLimit>;
+
+// ---- the table ----
 
 // The ranges in the help texts are hints: the library counts the LLIDs and the queues.
 constinit const vxcli_cmd_t epon_cmds[] = {
-    {"tx", config_enable<libvx_ponApi_eponOptTxCtl>, 1, "tx <0|1> : disable/enable tx"},
-    {"rx", config_enable<libvx_ponApi_eponOptRxCtl>, 1, "rx <0|1> : disable/enable rx"},
+    {"tx", epon_set_tx, 1, "tx <0|1> : disable/enable tx"},
+    {"rx", epon_set_rx, 1, "rx <0|1> : disable/enable rx"},
     {"status", epon_get_status, 0, "status : get current status"},
     {"stats", epon_get_stats, 0, "stats : get statistics"},
-    {"rogue", config_enable<libvx_ponApi_eponSetRogueOnu>, 1, "rogue <0|1> : disable/enable rogue onu"},
-    {"qos", config_queue_schedule<LLID, libvx_ponApi_eponGetQueue, libvx_ponApi_eponSetQueue>, 1,
+    {"rogue", epon_set_rogue_onu, 1, "rogue <0|1> : disable/enable rogue onu"},
+    {"qos", epon_config_qos, 1,
      "qos <llid:0-7> [sp|wrr|spwrr] [wrr0] [wrr1] [wrr2] [wrr3] [wrr4] [wrr5] [wrr6] [wrr7] [pri0] [pri1] [pri2] "
      "[pri3] [pri4] [pri5] [pri6] [pri7]: get/set port qos settings"},
-    {"rate", config_rate_limit<LLID, libvx_ponApi_eponGetLlidRateLimit, libvx_ponApi_eponSetLlidRateLimit>, 1,
+    {"rate", epon_config_rate_limit, 1,
      "rate <llid:0-7> [en:0|1] [0-1024000:rate(kbps)] : get/set llid rate limit"},
-    {"qrate", config_queue_rate_limit<LLID, libvx_ponApi_eponGetQueueRateLimit, libvx_ponApi_eponSetQueueRateLimit>,
-     2, "qrate <llid:0-7> <queueId:0-7> [en:0|1] [0-1024000:rate(kbps)] : get/set queue rate limit"},
+    {"qrate", epon_config_queue_rate_limit, 2,
+     "qrate <llid:0-7> <queueId:0-7> [en:0|1] [0-1024000:rate(kbps)] : get/set queue rate limit"},
     {nullptr, nullptr, 0, nullptr},
 };

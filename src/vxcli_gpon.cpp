@@ -109,25 +109,34 @@ static int32_t gpon_get_stats(int32_t, const char *const[], const char *) {
     return 0;
 }
 
-// ---- the table ----
+// ---- switches, schedules and limits ----
 
 static constexpr index_rule_s TCONT = {"tcont", accepts_below<libvx_sys_getTcontNum>};
+static constexpr vxcli_handler_t gpon_set_tx = config_enable<libvx_ponApi_gponOptTxCtl>;
+static constexpr vxcli_handler_t gpon_set_rx = config_enable<libvx_ponApi_gponOptRxCtl>;
+static constexpr vxcli_handler_t gpon_set_rogue_onu = config_enable<libvx_ponApi_gponSetRogueOnu>;
+static constexpr vxcli_handler_t gpon_config_qos =
+    config_queue_schedule<TCONT, libvx_ponApi_gponGetQueue, libvx_ponApi_gponSetQueue>;
+static constexpr vxcli_handler_t gpon_config_rate_limit =
+    config_rate_limit<TCONT, libvx_ponApi_gponGetTcontRateLimit, libvx_ponApi_gponSetTcontRateLimit>;
+static constexpr vxcli_handler_t gpon_config_queue_rate_limit =
+    config_queue_rate_limit<TCONT, libvx_ponApi_gponGetQueueRateLimit, libvx_ponApi_gponSetQueueRateLimit>;
+
+// ---- the table ----
 
 constinit const vxcli_cmd_t gpon_cmds[] = {
-    {"tx", config_enable<libvx_ponApi_gponOptTxCtl>, 1, "tx <0|1> : disable/enable tx"},
-    {"rx", config_enable<libvx_ponApi_gponOptRxCtl>, 1, "rx <0|1> : disable/enable rx"},
+    {"tx", gpon_set_tx, 1, "tx <0|1> : disable/enable tx"},
+    {"rx", gpon_set_rx, 1, "rx <0|1> : disable/enable rx"},
     {"state", gpon_state, 0, "state [1|7] : get/set gpon state"},
     {"status", gpon_get_status, 0, "status  : get gpon status"},
     {"stats", gpon_get_stats, 0, "stats  : get gpon statistics"},
-    {"rogue", config_enable<libvx_ponApi_gponSetRogueOnu>, 1, "rogue <0|1> : disable/enable rogue onu"},
-    {"qos", config_queue_schedule<TCONT, libvx_ponApi_gponGetQueue, libvx_ponApi_gponSetQueue>, 1,
+    {"rogue", gpon_set_rogue_onu, 1, "rogue <0|1> : disable/enable rogue onu"},
+    {"qos", gpon_config_qos, 1,
      "qos <tcont> [sp|wrr|spwrr] [wrr0] [wrr1] [wrr2] [wrr3] [wrr4] [wrr5] [wrr6] [wrr7] [pri0] [pri1] [pri2] "
      "[pri3] "
      "[pri4] [pri5] [pri6] [pri7]: get/set port qos settings"},
-    {"rate", config_rate_limit<TCONT, libvx_ponApi_gponGetTcontRateLimit, libvx_ponApi_gponSetTcontRateLimit>, 1,
-     "rate <tcont> [en:0|1] [0-1024000:rate(kbps)] : get/set tcont rate limit"},
-    {"qrate",
-     config_queue_rate_limit<TCONT, libvx_ponApi_gponGetQueueRateLimit, libvx_ponApi_gponSetQueueRateLimit>, 2,
+    {"rate", gpon_config_rate_limit, 1, "rate <tcont> [en:0|1] [0-1024000:rate(kbps)] : get/set tcont rate limit"},
+    {"qrate", gpon_config_queue_rate_limit, 2,
      "qrate <tcont> <queueId:0-7> [en:0|1] [0-1024000:rate(kbps)] : get/set queue rate limit"},
     {nullptr, nullptr, 0, nullptr},
 };

@@ -39,6 +39,13 @@ static int32_t port_config_state(int32_t argc, const char *const argv[], const c
     return 0;
 }
 
+static constexpr vxcli_handler_t port_config_trafficEn =
+    port_config_state<TRAFFIC_EN, libvx_switchApi_portGetTrafficEn, libvx_switchApi_portSetTrafficEn>;
+static constexpr vxcli_handler_t port_config_admin =
+    port_config_state<ADMIN, libvx_switchApi_portGetAdmin, libvx_switchApi_portSetAdmin>;
+static constexpr vxcli_handler_t port_config_qos =
+    config_queue_schedule<PORT_OR_PON, libvx_switchApi_portGetQueue, libvx_switchApi_portSetQueue>;
+
 static int32_t port_config_pause(int32_t argc, const char *const argv[], const char *help) {
     int32_t index = 0;
     if (!take_index(argv[1], PORT, help, &index)) {
@@ -87,17 +94,15 @@ static int32_t port_get_wan_port(int32_t, const char *const[], const char *) {
 constinit const vxcli_cmd_t port_cmds[] = {
     {"stats", port_get_stats, 1, "stats <index> : get port statistics"},
     {"status", port_get_status, 1, "status <index> : get port status"},
-    {"trafficen", port_config_state<TRAFFIC_EN, libvx_switchApi_portGetTrafficEn, libvx_switchApi_portSetTrafficEn>,
-     1, "trafficen <index> [0|1] : get/set port traffic en state"},
-    {"admin", port_config_state<ADMIN, libvx_switchApi_portGetAdmin, libvx_switchApi_portSetAdmin>, 1,
-     "admin <index> [0|1] : get/set port admin state"},
+    {"trafficen", port_config_trafficEn, 1, "trafficen <index> [0|1] : get/set port traffic en state"},
+    {"admin", port_config_admin, 1, "admin <index> [0|1] : get/set port admin state"},
     {"pause", port_config_pause, 1, "pause <index> [txval] [rxval] : get/set port pause state, val=0/1"},
     {"rate", port_config_rate_limit, 1,
      "rate <port index 0-5 or pon> [0|1(rx/tx)] [en:0|1] [0-2500000:rate(kbps)] : get/set port rate limit"},
     {"storm", port_config_storm_rate_limit, 1,
      "storm <port index 0-4 or pon> [broadcast|multicast|unicast] [en:0|1] [0-1024000:rate(pps)] : get/set port "
      "ingress storm rate limit"},
-    {"qos", config_queue_schedule<PORT_OR_PON, libvx_switchApi_portGetQueue, libvx_switchApi_portSetQueue>, 1,
+    {"qos", port_config_qos, 1,
      "qos <port index or pon> [sp|wrr|spwrr] [wrr0] [wrr1] [wrr2] [wrr3] [wrr4] [wrr5] [wrr6] [wrr7] [pri0] [pri1] "
      "[pri2] [pri3] [pri4] [pri5] [pri6] [pri7]: get/set port qos settings"},
     {"proto", port_config_proto_rate_limit, 1,

@@ -47,6 +47,20 @@ static int32_t voice_line(int32_t, const char *const argv[], const char *) {
     return 0;
 }
 
+static constexpr vxcli_handler_t voice_updateRegister = voice_line<libVoip_update_registerStatus>;
+static constexpr vxcli_handler_t voice_updateCallStatus = voice_line<libVoip_update_callStatus>;
+static constexpr vxcli_handler_t voice_updateIMSFeature = voice_line<libVoip_update_IMSFeature>;
+static constexpr vxcli_handler_t voice_updateCallStat = voice_line<libVoip_update_callStatistics>;
+static constexpr vxcli_handler_t voice_updatePoorQuality = voice_line<libVoip_update_poorQuality>;
+static constexpr vxcli_handler_t voice_updateSimulation = voice_line<libVoip_Update_Simulation>;
+static constexpr vxcli_handler_t voice_Register = voice_line<libVoip_Register>;
+static constexpr vxcli_handler_t voice_unRegister = voice_line<libVoip_unRegister>;
+static constexpr vxcli_handler_t voice_omciLineStatus = voice_line<libVoip_omciLineStatus>;
+static constexpr vxcli_handler_t voice_omciCallControl = voice_line<libVoip_omciCallControl>;
+static constexpr vxcli_handler_t voice_omciCallControlReset = voice_line<libVoip_omciCallControlReset>;
+static constexpr vxcli_handler_t voice_omciSIPAgent = voice_line<libVoip_omciSIPAgent>;
+static constexpr vxcli_handler_t voice_omciCallInitiation = voice_line<libVoip_omciCallInitiation>;
+
 // Any word with "on" in it switches on, any other one with "off" in it switches off: stations use such words.
 enum class voice_switch { on, off, neither };
 
@@ -85,20 +99,20 @@ constinit const vxcli_cmd_t voice_cmds[] = {
     {"debug", voice_debug_level, 0,
      "debug <level 1|2|3|4> <filename:/userconfig/config/voicelog>: change voice log level"},
     {"show", voice_show, 0, "show : show voice tr104 parameters"},
-    {"update1", voice_line<libVoip_update_registerStatus>, 1, "update : update register status"},
-    {"update2", voice_line<libVoip_update_callStatus>, 1, "update : update call status"},
-    {"update3", voice_line<libVoip_update_IMSFeature>, 1, "update : update ims feature"},
-    {"update4", voice_line<libVoip_update_callStatistics>, 1, "update : update call statistics"},
-    {"update5", voice_line<libVoip_update_poorQuality>, 1, "update : update poor quality"},
+    {"update1", voice_updateRegister, 1, "update : update register status"},
+    {"update2", voice_updateCallStatus, 1, "update : update call status"},
+    {"update3", voice_updateIMSFeature, 1, "update : update ims feature"},
+    {"update4", voice_updateCallStat, 1, "update : update call statistics"},
+    {"update5", voice_updatePoorQuality, 1, "update : update poor quality"},
     {"calltest", voice_callTest, 1, "calltest number : do calltest"},
-    {"update6", voice_line<libVoip_Update_Simulation>, 1, "update : update simulation"},
-    {"register", voice_line<libVoip_Register>, 1, "register : send register"},
-    {"unregister", voice_line<libVoip_unRegister>, 1, "unregister : send de-register"},
-    {"omcilinestatus", voice_line<libVoip_omciLineStatus>, 1, "linestatus : G.988 9.9.11"},
-    {"omcicallcontrol", voice_line<libVoip_omciCallControl>, 1, "call control : G.988 9.9.12"},
-    {"omcicallcontrolReset", voice_line<libVoip_omciCallControlReset>, 1, "call control Reset: G.988 9.9.12"},
-    {"omcisipagent", voice_line<libVoip_omciSIPAgent>, 1, "sip agent :  G.988 9.9.14"},
-    {"omcicallinitiation", voice_line<libVoip_omciCallInitiation>, 1, "call initiation :  G.988 9.9.15"},
+    {"update6", voice_updateSimulation, 1, "update : update simulation"},
+    {"register", voice_Register, 1, "register : send register"},
+    {"unregister", voice_unRegister, 1, "unregister : send de-register"},
+    {"omcilinestatus", voice_omciLineStatus, 1, "linestatus : G.988 9.9.11"},
+    {"omcicallcontrol", voice_omciCallControl, 1, "call control : G.988 9.9.12"},
+    {"omcicallcontrolReset", voice_omciCallControlReset, 1, "call control Reset: G.988 9.9.12"},
+    {"omcisipagent", voice_omciSIPAgent, 1, "sip agent :  G.988 9.9.14"},
+    {"omcicallinitiation", voice_omciCallInitiation, 1, "call initiation :  G.988 9.9.15"},
     {"ring", voice_Ring, 2, "ring [on|off] [0|1|2]"},
     {"test", voice_Test, 1, "test [on|off]"},
     {nullptr, nullptr, 0, nullptr},

@@ -74,13 +74,13 @@ static constexpr table_sum_row_s UX336X_SUMS[] = {
 static constexpr marker_row_s UX336X_MARKERS[] = {{"T80.80h", offsetof(bob_data_ux336x_s, st_ds), 0xAA}};
 static constexpr marker_row_s UX336X_TOTAL = {"T80.E6h", offsetof(bob_data_ux336x_s, st_ds) + 0x66, 0};
 
-constinit const bob_check_plan_s bob_checks_ux3320 = {
+constinit const bob_check_plan_s check_ux_data = {
     {BOB_TABLE(bob_data_ux_s, st_lut3), UX3320_LUT3}, UX3320_SUMS, UX3320_MARKERS, UX3320_TOTAL};
-constinit const bob_check_plan_s bob_checks_ux3320s = {
+constinit const bob_check_plan_s check_ux3320s_data = {
     {BOB_TABLE(bob_data_ux3320s_s, st_lut3), UX3320S_LUT3}, UX3320_SUMS, UX3320_MARKERS, UX3320_TOTAL};
-constinit const bob_check_plan_s bob_checks_ux336x = {
+constinit const bob_check_plan_s check_ux336x_data = {
     {BOB_TABLE(bob_data_ux336x_s, st_apc), UX336X_APC}, UX336X_SUMS, UX336X_MARKERS, UX336X_TOTAL};
-constinit const bob_check_plan_s bob_checks_ux3365 = {
+constinit const bob_check_plan_s check_ux3365_data = {
     {BOB_TABLE(bob_data_ux336x_s, st_apc), UX3365_APC}, UX336X_SUMS, UX336X_MARKERS, UX336X_TOTAL};
 
 // ---- the checks of an image ----

@@ -9,10 +9,10 @@
 // ---- what is checked, by chip: see bob_chip ----
 
 struct bob_check_plan_s;
-extern const bob_check_plan_s bob_checks_ux3320;
-extern const bob_check_plan_s bob_checks_ux3320s;
-extern const bob_check_plan_s bob_checks_ux336x;
-extern const bob_check_plan_s bob_checks_ux3365;
+extern const bob_check_plan_s check_ux_data;
+extern const bob_check_plan_s check_ux3320s_data;
+extern const bob_check_plan_s check_ux336x_data;
+extern const bob_check_plan_s check_ux3365_data;
 
 // ---- the checks of an image ----
 

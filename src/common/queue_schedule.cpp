@@ -3,7 +3,7 @@
 #include "vxcli.h"
 
 // By the value of the mode.
-static constexpr const char *MODES[] = {"sp", "wrr", "spwrr"};
+static constexpr const char *qosModeStr[] = {"sp", "wrr", "spwrr"};
 
 // How many words a command of each mode has, the command word, the index and the mode among them.
 static constexpr int32_t MODE_WORDS[] = {3, 3 + LIBVX_QUEUES, 3 + 2 * LIBVX_QUEUES};
@@ -25,7 +25,7 @@ static void fill_strict(queue_schedule_s *schedule) {
 
 bool take_queue_schedule(int32_t argc, const char *const argv[], const char *help, queue_schedule_s *schedule) {
     uint32_t mode = 0;
-    if (!take_name(argv[2], MODES, help, &mode)) {
+    if (!take_name(argv[2], qosModeStr, help, &mode)) {
         return false;
     }
     if (argc != MODE_WORDS[mode]) {
@@ -46,7 +46,7 @@ bool take_queue_schedule(int32_t argc, const char *const argv[], const char *hel
 }
 
 void print_queue_schedule(const queue_schedule_s &schedule) {
-    printf("qos mod = %s\n", name_of(MODES, schedule.mode));
+    printf("qos mod = %s\n", name_of(qosModeStr, schedule.mode));
     for (int i = 0; i < LIBVX_QUEUES; i++) {
         printf("Queue %d:  prio %d weight %d\n", i, int{schedule.prio[i]}, int{schedule.weight[i]});
     }

@@ -10,14 +10,14 @@
 // ---- protocols ----
 
 // By the library's values.
-static constexpr const char *PROTOCOLS[] = {"dhcpbcast", "arp",    "icmpv4", "icmpv6", "igmp",    "mld",
-                                            "pppoe",     "tcpack", "mcast",  "tcpsyn", "ieee1905"};
+static constexpr const char *protoStr[] = {"dhcpbcast", "arp",    "icmpv4", "icmpv6", "igmp",    "mld",
+                                           "pppoe",     "tcpack", "mcast",  "tcpsyn", "ieee1905"};
 
 // The library's value for all of them: "show" where it sets something.
 static constexpr uint32_t ALL_PROTOCOLS = 255;
 
 static std::optional<uint32_t> find_protocol(const char *word) {
-    return strcmp(word, "show") == 0 ? ALL_PROTOCOLS : find_name(PROTOCOLS, word);
+    return strcmp(word, "show") == 0 ? ALL_PROTOCOLS : find_name(protoStr, word);
 }
 
 struct protocol_range_s {
@@ -28,7 +28,7 @@ struct protocol_range_s {
 // What a query lists. All protocols come without ieee1905, the last one: scripts know ten of them.
 static protocol_range_s listed(uint32_t protocol) {
     if (protocol == ALL_PROTOCOLS) {
-        return {0, std::size(PROTOCOLS) - 1};
+        return {0, std::size(protoStr) - 1};
     }
     return {protocol, protocol + 1};
 }
@@ -52,7 +52,7 @@ static void list_proto_limits(uint32_t protocol) {
     for (uint32_t each = range.first; each < range.end; each++) {
         for (const proto_direction_s &direction : DIRECTIONS) {
             libvx_switchApi_GetProtoQueueLimit(each, direction.value, &en, &rate);
-            printf(" %-12s[%-7s]:en = %d, fps = %d \n", PROTOCOLS[each], direction.name, static_cast<int>(en),
+            printf(" %-12s[%-7s]:en = %d, fps = %d \n", protoStr[each], direction.name, static_cast<int>(en),
                    static_cast<int>(rate));
         }
     }
@@ -84,8 +84,9 @@ int32_t port_config_proto_rate_limit(int32_t argc, const char *const argv[], con
 
 // By the library's values. A fifth value, which the library does not define, has always printed as the first
 // protocol, and is meant to; only the values above it are unknown.
-static constexpr const char *ACTIONS[] = {"fwd", "trap", "drop", "copy"};
-static constexpr const char *SHOWN_ACTIONS[] = {ACTIONS[0], ACTIONS[1], ACTIONS[2], ACTIONS[3], PROTOCOLS[0]};
+static constexpr const char *actionStr[] = {"fwd", "trap", "drop", "copy"};
+static constexpr const char *SHOWN_ACTIONS[] = {actionStr[0], actionStr[1], actionStr[2], actionStr[3],
+                                                protoStr[0]};
 
 // An action that cannot be read prints as the one before it, the first one as 0.
 static void list_proto_actions(int32_t index, uint32_t protocol) {
@@ -94,7 +95,7 @@ static void list_proto_actions(int32_t index, uint32_t protocol) {
     const protocol_range_s range = listed(protocol);
     for (uint32_t each = range.first; each < range.end; each++) {
         libvx_switchApi_GetProtoAction(static_cast<uint16_t>(index), each, &action);
-        printf("  %-12s action: %s \n", PROTOCOLS[each], name_of(SHOWN_ACTIONS, action));
+        printf("  %-12s action: %s \n", protoStr[each], name_of(SHOWN_ACTIONS, action));
     }
 }
 
@@ -113,7 +114,7 @@ int32_t port_config_proto_action(int32_t argc, const char *const argv[], const c
         return 0;
     }
     uint32_t action = 0;
-    if (!take_name(argv[3], ACTIONS, help, &action)) {
+    if (!take_name(argv[3], actionStr, help, &action)) {
         return 1;
     }
     libvx_switchApi_SetProtoAction(static_cast<uint16_t>(index), *protocol, action);
