@@ -59,6 +59,7 @@ coverage:
 bench:
 	@scripts/setup --bench
 	@scripts/build release
+	@scripts/build arm64
 	@cost/cost.py
 
 lint: build
