@@ -31,6 +31,7 @@ static int run(std::vector<std::string> words, const std::vector<std::string> &o
     words.insert(words.begin(), "vximage");
     words.insert(words.begin() + 2, options.begin(), options.end());
     std::vector<char *> argv;
+    argv.reserve(words.size());
     for (std::string &word : words) {
         argv.push_back(word.data());
     }

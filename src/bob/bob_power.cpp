@@ -13,10 +13,12 @@ double bob_power_to_dbm(uint16_t power) {
     }
     double mantissa = power / 10000.0;
     int exponent = 0;
-    for (; mantissa < 0.7; mantissa *= 2) {
+    while (mantissa < 0.7) {
+        mantissa *= 2;
         exponent--;
     }
-    for (; mantissa > 1.4; mantissa /= 2) {
+    while (mantissa > 1.4) {
+        mantissa /= 2;
         exponent++;
     }
     // ln m = 2 (s + s^3/3 + s^5/5 + ...)

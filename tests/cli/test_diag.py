@@ -18,7 +18,7 @@ def test_opt(board):
     ]:
         page.write_bytes(data[:96] + b"".join((value % 65536).to_bytes(2, "big") for value in live) + data[106:])
         assert answers(unit, ["opt x y"]) == [(0, text)]
-    assert unit.run("vxcli_dbm").out == "65536 powers\n"
+    assert unit.run("vxcli_dbm").out == "65535 powers\n"
 
 
 def catv(optical, level, temperature, switch, attenuation):
