@@ -42,6 +42,11 @@ static bool is_entry_of(const vx_cali_header &entry, const char *chipname) {
            strncmp(entry.chipname, chipname, sizeof entry.chipname) == 0;
 }
 
+// All of the name counts: one that only begins with a NUL is nobody's, and its entry is taken.
+static bool is_free(const vx_cali_header &entry) {
+    return std::ranges::all_of(entry.chipname, [](char each) { return each == '\0'; });
+}
+
 // Takes over the entry table of a header slot. False after a message when the header is damaged; one without the
 // magic text, such as an erased one, leaves the table as it is.
 static bool take_cali_header(std::span<const uint8_t, WLAN_SLOT_MAX> slot) {
@@ -94,7 +99,7 @@ const vx_cali_header *load_cali_data_header(const char *chipname) {
 // left.
 static FILE *fill_entry(const vx_cali_header &fresh, const char *chipname, const vx_cali_header **filled) {
     for (vx_cali_header &entry : cali_header) {
-        if (entry.chipname[0] != '\0' && !is_entry_of(entry, chipname)) {
+        if (!is_free(entry) && !is_entry_of(entry, chipname)) {
             continue;
         }
         entry = fresh;

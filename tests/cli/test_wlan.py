@@ -184,7 +184,7 @@ HEADERS = [
     (header(GOOD), "", None),
     (header(GOOD, length=0), UNMATCHED, [GOOD]),
     (header(OTHERS[2], bytes(20), FOREIGN), UNMATCHED, [OTHERS[2], GOOD, FOREIGN]),
-    (header(*OTHERS), UNMATCHED, []),
+    (header(*OTHERS[:2], b"\0" + FOREIGN[1:]), UNMATCHED, []),  # a name that only begins with a NUL is not free
     (header(OTHERS[0], GOOD, ver=1, length=61, total=1), "unknown version! [0x0001]\n", [GOOD]),
     (header(OTHERS[0], GOOD, length=61, total=1), "invalied len ! [61]\n", [GOOD]),
     (header(GOOD, length=0xFFFFFFFF), "invalied len ! [-1]\n", [GOOD]),
