@@ -35,6 +35,7 @@ def view(request, environment, monkeypatch):
     (["power-cycle", "full"], "full is not a board"),
     (["power-cycle", "linked"], "linked is not a board: unit/tmp in it is a link"),
     (["status", "half"], "half is a half-made board: no directory i2c in it"),
+    (["run", "no_place", "true"], "half-made board: no directory unit/lib/firmware in it"),
     (["trace", "made", "of"], 'does not know "of"'),
     (["faults", "made", "clear", "all"], "takes no words"),
     (["help", "fly"], 'no subcommand "fly"'),
@@ -46,10 +47,11 @@ def test_errors_are_one_line_and_change_nothing(environment, tmp_path, monkeypat
     (tmp_path / "full" / "file").write_text("kept")
     assert execute(VXBOARD, "new", "ux3361", "made").status == 0
     assert execute(VXBOARD, "new", "ux3361", "linked").status == 0
-    for name, place in (("led_out", "led"), ("table_out", "i2c/1/table"), ("no_reset", "i2c/1/reset/a2_low.bin")):
+    for name, place in (("led_out", "led"), ("table_out", "i2c/1/table"), ("no_reset", "i2c/1/reset/a2_low.bin"),
+                        ("no_place", "unit/lib/firmware")):
         assert execute(VXBOARD, "new", "ux3361", name).status == 0
         (tmp_path / name / place).rename(tmp_path / name / "old")
-        if name != "no_reset":
+        if name.endswith("_out"):
             (tmp_path / name / place).symlink_to(tmp_path / "full")
     (tmp_path / "linked/unit/tmp").rmdir()
     (tmp_path / "linked/unit/tmp").symlink_to(tmp_path / "full")
