@@ -201,7 +201,7 @@ int32_t save_data_to_file(int32_t chip_type) {
     if (image != nullptr) {
         written = fwrite(image->record, 1, image->size, file) == image->size;
     }
-    if (fclose(file) != 0 || !written) {
+    if (fclose(file) != 0 || !written) { // what a full disk cut short must not be copied over the backup
         printf("bob:write file: %s fail!\n", BOB_IMAGE_FILE);
         return -1;
     }
