@@ -11,7 +11,7 @@
 static void say_what_it_is(const image_s &image, FILE *log) {
     const chip_set others = image.chips & ~(chip_set{1} << image.chip_type);
     fprintf(log, "%s: %s of %s", image.name, image.is_text ? "text" : "record", chip_names(image.chips));
-    if (others != 0 && bob_chip(image.chip_type).checks != nullptr) {
+    if (others != 0 && bob_list_checks(image.chip_type).sum_count != 0) {
         fprintf(log, ", checked as %s", bob_chip(image.chip_type).name);
     }
     fprintf(log, "\n");

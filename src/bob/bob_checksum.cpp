@@ -27,10 +27,10 @@ struct marker_row_s {
 
 // What a chip has besides the checks of the pages.
 struct bob_check_plan_s {
-    table_sum_row_s own; // the table in which it differs from its relatives
+    std::span<const table_sum_row_s> own; // the table in which it differs from its relatives
     std::span<const table_sum_row_s> tables;
     std::span<const marker_row_s> markers;
-    marker_row_s total; // its value is the sum of the tables' sums
+    marker_row_s total; // its value is the sum of the tables' sums; not there without them
 };
 
 // A table of a record: where its registers start and where its chksum byte stands, right behind them.
@@ -74,14 +74,20 @@ static constexpr table_sum_row_s UX336X_SUMS[] = {
 static constexpr marker_row_s UX336X_MARKERS[] = {{"T80.80h", offsetof(bob_data_ux336x_s, st_ds), 0xAA}};
 static constexpr marker_row_s UX336X_TOTAL = {"T80.E6h", offsetof(bob_data_ux336x_s, st_ds) + 0x66, 0};
 
-constinit const bob_check_plan_s check_ux_data = {
-    {BOB_TABLE(bob_data_ux_s, st_lut3), UX3320_LUT3}, UX3320_SUMS, UX3320_MARKERS, UX3320_TOTAL};
-constinit const bob_check_plan_s check_ux3320s_data = {
-    {BOB_TABLE(bob_data_ux3320s_s, st_lut3), UX3320S_LUT3}, UX3320_SUMS, UX3320_MARKERS, UX3320_TOTAL};
-constinit const bob_check_plan_s check_ux336x_data = {
-    {BOB_TABLE(bob_data_ux336x_s, st_apc), UX336X_APC}, UX336X_SUMS, UX336X_MARKERS, UX336X_TOTAL};
-constinit const bob_check_plan_s check_ux3365_data = {
-    {BOB_TABLE(bob_data_ux336x_s, st_apc), UX3365_APC}, UX336X_SUMS, UX336X_MARKERS, UX336X_TOTAL};
+static constexpr table_sum_row_s UX3320_OWN[] = {{BOB_TABLE(bob_data_ux_s, st_lut3), UX3320_LUT3}};
+static constexpr table_sum_row_s UX3320S_OWN[] = {{BOB_TABLE(bob_data_ux3320s_s, st_lut3), UX3320S_LUT3}};
+static constexpr table_sum_row_s UX336X_OWN[] = {{BOB_TABLE(bob_data_ux336x_s, st_apc), UX336X_APC}};
+static constexpr table_sum_row_s UX3365_OWN[] = {{BOB_TABLE(bob_data_ux336x_s, st_apc), UX3365_APC}};
+
+constinit const bob_check_plan_s check_ux_data = {UX3320_OWN, UX3320_SUMS, UX3320_MARKERS, UX3320_TOTAL};
+constinit const bob_check_plan_s check_ux3320s_data = {UX3320S_OWN, UX3320_SUMS, UX3320_MARKERS, UX3320_TOTAL};
+constinit const bob_check_plan_s check_ux336x_data = {UX336X_OWN, UX336X_SUMS, UX336X_MARKERS, UX336X_TOTAL};
+constinit const bob_check_plan_s check_ux3365_data = {UX3365_OWN, UX336X_SUMS, UX336X_MARKERS, UX336X_TOTAL};
+
+// The GN chips have the pages only.
+constinit const bob_check_plan_s check_gn25l95_data = {};
+constinit const bob_check_plan_s check_gn28l97_data = {};
+constinit const bob_check_plan_s check_gn28l95_data = {};
 
 // ---- the checks of an image ----
 
@@ -125,17 +131,18 @@ bob_checks_s bob_list_checks(int32_t chip_type) {
     const bob_chip_s &chip = bob_chip(chip_type);
     bob_checks_s result = {};
     add_page_checks(result, *chip.image);
-    if (chip.checks == nullptr) {
-        return result;
-    }
-    uint8_t total = add_sum(result, *chip.image, chip.checks->own);
-    for (const table_sum_row_s &table : chip.checks->tables) {
-        total = static_cast<uint8_t>(total + add_sum(result, *chip.image, table));
+    uint8_t total = 0;
+    for (const auto tables : {chip.checks->own, chip.checks->tables}) {
+        for (const table_sum_row_s &table : tables) {
+            total = static_cast<uint8_t>(total + add_sum(result, *chip.image, table));
+        }
     }
     for (const marker_row_s &marker : chip.checks->markers) {
         add_check(result, marker, marker.value, true);
     }
-    add_check(result, chip.checks->total, total, false);
+    if (chip.checks->total.name != nullptr) {
+        add_check(result, chip.checks->total, total, false);
+    }
     return result;
 }
 

@@ -13,6 +13,9 @@ extern const bob_check_plan_s check_ux_data;
 extern const bob_check_plan_s check_ux3320s_data;
 extern const bob_check_plan_s check_ux336x_data;
 extern const bob_check_plan_s check_ux3365_data;
+extern const bob_check_plan_s check_gn25l95_data;
+extern const bob_check_plan_s check_gn28l97_data;
+extern const bob_check_plan_s check_gn28l95_data;
 
 // ---- the checks of an image ----
 

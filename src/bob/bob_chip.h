@@ -97,7 +97,7 @@ struct bob_table_rule_s {
 struct bob_chip_s {
     const char *name;
     const bob_image_s *image = nullptr;       // null: the chip has no calibration record
-    const bob_check_plan_s *checks = nullptr; // of its image; null: only those of the pages
+    const bob_check_plan_s *checks = nullptr; // of its image, null without a record
     const char *default_file = nullptr;       // factory default text file, null without a record
     const char *save_name = nullptr;          // the name that `save` complains under
     bob_paging paging = bob_paging::none;
