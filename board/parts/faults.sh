@@ -112,8 +112,8 @@ lock_faults() {
     local lock
     faults=$board/faults
     [[ ! -L $faults && (! -e $faults || -f $faults) ]] || fail "$faults is no plain file: remove it"
-    exec {lock}<"$board" || fail "cannot open $board"
-    flock "$lock" || fail "cannot lock $board"
+    { exec {lock}<"$board"; } 2>/dev/null || fail "cannot open $board"
+    try "cannot lock $board" flock "$lock"
 }
 
 # Sets $armed to the lines of the file.
@@ -162,16 +162,18 @@ add_faults() {
     read_armed
     printf -v text '%s\n' "${armed[@]}" "${rules[@]}"
     ((${#text} <= faults_max)) || fail "$faults would be too long for the library: clear it first"
-    if ! printf '%s' "$text" >"$board/.faults.new" || ! mv -T -- "$board/.faults.new" "$faults"; then
-        fail "cannot write $faults"
-    fi
+    try "cannot write $faults" replace_faults "$text"
+}
+
+replace_faults() {
+    printf '%s' "$1" >"$board/.faults.new" && mv -T -- "$board/.faults.new" "$faults"
 }
 
 vxboard_faults() {
     local faults operations
     if [[ $# -eq 1 && $1 == --list ]]; then
         load_operations
-        printf '%s\n' "${operations[@]}"
+        show printf '%s\n' "${operations[@]}"
         return
     fi
     [[ ${1--} != -* ]] || fail 'faults takes a board: vxboard faults DIR [add RULE... | clear]'
@@ -183,13 +185,13 @@ vxboard_faults() {
         '')
             (($# == 0)) || fail 'faults takes "add" or "clear": vxboard faults DIR [add RULE... | clear]'
             lock_faults
-            list_faults
+            show list_faults
             ;;
         add) add_faults "$@" ;;
         clear)
             (($# == 0)) || fail "faults clear disarms all and takes no words: vxboard faults DIR clear"
             lock_faults
-            rm -f -- "$faults" || fail "cannot remove $faults"
+            try "cannot remove $faults" rm -f -- "$faults"
             ;;
         *) fail "faults does not know \"$word\": vxboard faults DIR [add RULE... | clear]" ;;
     esac

@@ -27,6 +27,11 @@ Lines that make no sense are shown as they are, marked with "?", and end in exit
 END
 }
 
+# Puts what the file $1 holds behind the file $2.
+append() {
+    cat -- "$1" >>"$2"
+}
+
 vxboard_trace() {
     local word=${2-show}
     (($# == 1 || $# == 2)) || fail 'trace takes a board and a word: vxboard trace DIR [show | on | off | clear]'
@@ -47,21 +52,22 @@ vxboard_trace() {
             ;;
         on)
             if [[ ! -f $on && -f $kept ]]; then
-                mv -T -- "$kept" "$on"
+                try "cannot switch the trace of $1 on" mv -T -- "$kept" "$on"
             else
-                : >>"$on"
-            fi || fail "cannot write in $1"
+                try "cannot switch the trace of $1 on" append /dev/null "$on"
+            fi
             ;;
         off)
             if [[ -f $on && -f $kept ]]; then # switched on by hand meanwhile
-                cat -- "$on" >>"$kept" && rm -f -- "$on"
+                try "cannot keep the trace of $1" append "$on" "$kept"
+                try "cannot switch the trace of $1 off" rm -f -- "$on"
             elif [[ -f $on ]]; then
-                mv -T -- "$on" "$kept"
-            fi || fail "cannot write in $1"
+                try "cannot switch the trace of $1 off" mv -T -- "$on" "$kept"
+            fi
             ;;
         clear)
-            rm -f -- "$kept" || fail "cannot write in $1"
-            [[ ! -f $on ]] || : >"$on" || fail "cannot write $on"
+            try "cannot clear the trace of $1" rm -f -- "$kept"
+            [[ ! -f $on ]] || try "cannot clear the trace of $1" truncate -s 0 -- "$on"
             ;;
     esac
 }

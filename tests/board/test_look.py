@@ -129,5 +129,7 @@ def test_status(board):
 
 def test_profiles(environment):
     lines = [" ".join(line.split()) for line in execute(VXBOARD, "profiles").out.splitlines()]
+    full = execute("sh", "-c", 'exec "$0" profiles >/dev/full', VXBOARD)
+    assert full == (2, "", "vxboard: cannot write to standard output\n")
     assert {"gn25l95-eeprom GN25L95 yes - home gateway", "sfu-gn25l95 GN25L95 no - single-family unit",
             "ux3361-mt7615-mt7603 UX3361 no mt7615 mt7603 home gateway"} < set(lines)

@@ -26,7 +26,7 @@ def view(request, environment, monkeypatch):
     (["new", "../profiles/ux3361", "B"], "no profile"),
     (["new", "ux3361", "full"], "full exists and is not an empty directory"),
     (["new", "ux3361", "no/where"], "make it first"),
-    (["run", "none", "true"], "no board at none: make one with"),
+    (["run", "no\nne", "true"], "no board at no\\x0ane: make one with"),
     (["run", "--fast", "full", "true"], "no option --fast"),
     (["run", "made", "--"], "a command after the board"),
     (["power-cycle", "led_out"], "led in it is a link"),
