@@ -3,6 +3,7 @@
 #include "status_row.h"
 
 #include <algorithm>
+#include <cerrno>
 #include <cstdio>
 #include <cstring>
 #include <fcntl.h>
@@ -110,7 +111,7 @@ void show_flash(int board) {
         struct stat status = {};
         if (read_link(board, path, target)) {
             add_item(&row, "%s real hardware: %s", partition.name, target);
-        } else if (fstatat(board, path, &status, AT_SYMLINK_NOFOLLOW) != 0) {
+        } else if (fstatat(board, path, &status, AT_SYMLINK_NOFOLLOW) != 0 && errno == ENOENT) {
             add_item(&row, "%s ?", partition.name);
         } else {
             const ptrdiff_t size = read_bytes(board, path, file_bytes);

@@ -4,6 +4,7 @@
 #include "text_front.h"
 
 #include <algorithm>
+#include <cerrno>
 #include <charconv>
 #include <cstdio>
 #include <cstdlib>
@@ -39,7 +40,7 @@ shown_attribute read_attribute(int board, const char *path) {
     const ptrdiff_t got = read_bytes(board, path, text);
     if (got < 0) {
         struct stat status = {};
-        if (fstatat(board, path, &status, AT_SYMLINK_NOFOLLOW) != 0) {
+        if (fstatat(board, path, &status, AT_SYMLINK_NOFOLLOW) != 0 && errno == ENOENT) {
             strcpy(shown.text, "?");
         }
         return shown;
@@ -112,6 +113,7 @@ name_list list_names(int board, const char *directory) {
     const int fd = openat(board, directory, O_RDONLY | O_DIRECTORY | O_CLOEXEC);
     DIR *dir = fd < 0 ? nullptr : fdopendir(fd);
     if (dir == nullptr) {
+        list.damaged = errno != ENOENT;
         return list;
     }
     const dirent *entry = nullptr;

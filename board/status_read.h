@@ -43,6 +43,7 @@ std::string_view find_field(std::string_view text, std::string_view key);
 struct name_list {
     char names[64][32];
     size_t count;
+    bool damaged; // the directory is there but cannot be read
 };
 
 name_list list_names(int board, const char *directory);

@@ -1,6 +1,7 @@
 // Shows a board on one screen: vxstatus BOARD. "vxboard status" runs it.
 
 #include "board_dir.h"
+#include "escaped.h"
 #include "status_flash.h"
 #include "status_read.h"
 #include "status_row.h"
@@ -35,12 +36,15 @@ static bool read_clock(int board, board_clock *clock) {
 }
 
 // Whether a write is under way, by the later of the two clocks.
-static bool is_busy(int board, const char *bus) {
+static const char *write_state(int board, const char *bus) {
     const shown_attribute busy = read_attribute(board, bus, "busy");
     board_clock clock = {};
     const uint64_t virtual_now = read_clock(board, &clock) ? (clock.base + clock.slept) / 1'000'000'000 : 0;
     const uint64_t now = std::max(virtual_now, static_cast<uint64_t>(time(nullptr)));
-    return busy.ok && strtoull(busy.text, nullptr, 10) > now;
+    if (strcmp(busy.text, "damaged") == 0) {
+        return "busy damaged";
+    }
+    return busy.ok && strtoull(busy.text, nullptr, 10) > now ? "writing" : "ready";
 }
 
 static void show_table(status_row *row, const shown_attribute &table) {
@@ -67,13 +71,13 @@ static void show_buses(int board) {
             add_item(&row, "%s", read_attribute(board, path, "chip").text);
             add_item(&row, eeprom.ok ? "%s" : "EEPROM %s", word_of(eeprom, eeprom_words));
             show_table(&row, read_attribute(board, path, "table"));
-            add_item(&row, is_busy(board, path) ? "writing" : "ready");
+            add_item(&row, "%s", write_state(board, path));
         }
         end_row(&row);
     }
     if (buses.count == 0) {
         status_row row = begin_row("i2c");
-        end_row(&row, "no bus");
+        end_row(&row, buses.damaged ? "damaged" : "no bus");
     }
 }
 
@@ -157,7 +161,7 @@ static void show_ports(int board) {
             show_port(board, name, &row);
         }
     }
-    end_row(&row, "?");
+    end_row(&row, names.damaged ? "damaged" : "?");
 }
 
 // ---- panel, telephones, Wi-Fi ----
@@ -185,7 +189,7 @@ static void show_leds(int board) {
     if (dark > 0) {
         add_item(&row, row.empty ? "all %u dark" : "%u dark", dark);
     }
-    end_row(&row, "?");
+    end_row(&row, names.damaged ? "damaged" : "?");
 }
 
 static void show_phones(int board) {
@@ -204,7 +208,7 @@ static void show_phones(int board) {
             &row, "%s %s%s%s", names.names[i], word_of(read_attribute(board, path, "registered"), registered_words),
             strcmp(ringing.text, "1") == 0 ? " ringing" : "", strcmp(test.text, "1") == 0 ? " under test" : "");
     }
-    end_row(&row);
+    end_row(&row, names.damaged ? "damaged" : "none");
 }
 
 // As in the kernel's list: bus and function, vendor and device, ..., driver.
@@ -304,12 +308,12 @@ static void show_clock(int board) {
 int main(int argc, char *argv[]) {
     const board_fd board(argc != 2 ? -1 : open(argv[1], O_RDONLY | O_DIRECTORY | O_CLOEXEC));
     if (board.fd < 0) {
-        const char *name = argc == 2 ? argv[1] : "a word too many or too few";
-        fprintf(stderr, "vxstatus: %s: %s; see \"vxboard status --help\"\n", name,
-                argc == 2 ? strerror(errno) : "takes a board");
+        const char *why = argc == 2 ? strerror(errno) : "takes a board";
+        fprintf(stderr, "vxstatus: %s: %s; see \"vxboard status --help\"\n",
+                escaped(argc == 2 ? argv[1] : "a word too many or too few").text, why);
         return 2;
     }
-    printf("%-*s %s\n", label_width, "board", argv[1]);
+    printf("%-*s %s\n", label_width, "board", escaped(argv[1]).text);
     status_row row = begin_row("profile");
     add_item(&row, "%s", read_attribute(board.fd, "profile").text);
     end_row(&row);
