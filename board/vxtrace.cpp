@@ -1,6 +1,7 @@
 // Shows a trace readably: vxtrace FILE. "vxboard trace --help" tells what is in the columns and how the time on the
 // bus is counted.
 
+#include "escaped.h"
 #include "text_front.h"
 #include "trace_line.h"
 #include "trace_sums.h"
@@ -33,6 +34,15 @@ static void print_text(std::string_view text) {
         putchar(static_cast<unsigned char>(c) < ' ' || c == 0x7F ? '?'
                                                                  : c); // nothing reaches the terminal's control
     }
+}
+
+// False after a complaint.
+static bool write_out() {
+    const bool ok = fflush(stdout) == 0 && ferror(stdout) == 0;
+    if (!ok) {
+        fprintf(stderr, "vxtrace: cannot write what is shown: %s\n", strerror(errno));
+    }
+    return ok;
 }
 
 // The columns in front, without times.
@@ -264,35 +274,39 @@ static int show_trace(FILE *file, const char *name) {
     printf("%11s%11s  %-6s %-4s %-4s %-6s %-5s %s\n", "time", "gap", "what", "bus", "dev", "table", "reg", "bytes");
     const bool read = show_lines(file, &view);
     print_sums(view.sums);
-    const bool written = fflush(stdout) == 0 && ferror(stdout) == 0;
-    const trace_sums &sums = view.sums;
-    if (!written) {
-        fprintf(stderr, "vxtrace: cannot write what is shown: %s\n", strerror(errno));
-    } else if (!read) {
-        fprintf(stderr, "vxtrace: cannot read %s; give it the file \"trace\" of a board\n", name);
-    } else if (sums.damaged != 0) {
-        fprintf(stderr,
-                "vxtrace: %s: %llu %s no sense, the first is line %llu; marked with \"?\", not in the sums\n", name,
-                static_cast<unsigned long long>(sums.damaged), sums.damaged == 1 ? "line makes" : "lines make",
-                static_cast<unsigned long long>(sums.first_damaged));
+    if (!write_out()) {
+        return 2;
     }
-    return read && written && sums.damaged == 0 ? 0 : 2;
+    const trace_sums &sums = view.sums;
+    if (!read) {
+        fprintf(stderr, "vxtrace: cannot read %s to its end\n", escaped(name).text);
+    } else if (sums.damaged != 0) {
+        fprintf(
+            stderr, "vxtrace: %s: %llu %s no sense, the first is line %llu; marked with \"?\", not in the sums\n",
+            escaped(name).text, static_cast<unsigned long long>(sums.damaged),
+            sums.damaged == 1 ? "line makes" : "lines make", static_cast<unsigned long long>(sums.first_damaged));
+    }
+    return read && sums.damaged == 0 ? 0 : 2;
 }
 
 int main(int argc, char *argv[]) {
     if (argc == 2 && (strcmp(argv[1], "--help") == 0 || strcmp(argv[1], "-h") == 0)) {
         printf("usage: vxtrace FILE\n\nShows a trace, as \"vxboard trace DIR show\" does; - is standard input.\n"
                "\"vxboard trace --help\" tells more.\n");
-        return 0;
+        return write_out() ? 0 : 2;
     }
     if (argc != 2) {
         fprintf(stderr, "vxtrace: takes the file of a trace: vxtrace FILE\n");
         return 2;
     }
     FILE *file = strcmp(argv[1], "-") == 0 ? stdin : fopen(argv[1], "re");
-    if (file == nullptr) {
-        fprintf(stderr, "vxtrace: cannot open %s: %s; give it the file \"trace\" of a board\n", argv[1],
-                strerror(errno));
+    if (file != nullptr) {
+        ungetc(getc(file), file); // a directory can be opened, but not read
+    }
+    if (file == nullptr || ferror(file) != 0) {
+        const char *why = strerror(errno);
+        fprintf(stderr, "vxtrace: cannot read %s: %s; give it the file \"trace\" of a board\n",
+                escaped(argv[1]).text, why);
         return 2;
     }
     const int status = show_trace(file, argv[1]);
