@@ -57,13 +57,13 @@ static int check_file(const char *path, chip_set chips) {
     const bob_checks_s list = bob_list_checks(image->chip_type);
     for (const bob_check_s &check : list.checks()) {
         const uint8_t stored = image->record()[check.offset];
-        printf("%s: %s 0x%02x, ", path, check.name, stored);
+        printf("%s: %s 0x%02x, ", image->name, check.name, stored);
         printf(stored == check.wanted ? "right\n" : "wrong: should be 0x%02x\n", check.wanted);
     }
     if (image->rival >= 0) {
         const bob_checks_s rival = bob_list_checks(image->rival);
         const bob_check_s &total = rival.checks().back();
-        printf("%s: note: of a %s, %s should be 0x%02x\n", path, bob_chip(image->rival).name, total.name,
+        printf("%s: note: of a %s, %s should be 0x%02x\n", image->name, bob_chip(image->rival).name, total.name,
                total.wanted);
     }
     note_stale_sums(*image);

@@ -1,6 +1,8 @@
 // What an input is: its form, its chip, its record.
 #include "vximage.h"
 
+#include "escaped.h"
+
 #include <algorithm>
 #include <cctype>
 #include <cstdio>
@@ -176,7 +178,9 @@ image_s *image_load(const char *path, chip_set chips) {
         complain("%s: is empty", path);
         return nullptr;
     }
-    loaded = {.name = path, .contents = *contents, .is_text = looks_like_text(*contents)};
+    static escaped name("");
+    name = escaped(path);
+    loaded = {.name = name.text, .contents = *contents, .is_text = looks_like_text(*contents)};
     if (!(loaded.is_text ? take_text(loaded, chips) : take_record(loaded, chips))) {
         return nullptr;
     }

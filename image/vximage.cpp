@@ -1,6 +1,9 @@
 // vximage: shows, checks, converts and repairs calibration images of the transceiver.
 #include "vximage.h"
 
+#include "escaped.h"
+
+#include <climits>
 #include <cstdarg>
 #include <cstdio>
 #include <cstring>
@@ -85,12 +88,12 @@ static constexpr command_s COMMANDS[] = {
 };
 
 void complain(const char *format, ...) {
+    char text[PATH_MAX + 512];
     va_list words;
     va_start(words, format);
-    fputs("vximage: ", stderr);
-    vfprintf(stderr, format, words);
-    fputc('\n', stderr);
+    vsnprintf(text, sizeof text, format, words);
     va_end(words);
+    fprintf(stderr, "vximage: %s\n", escaped(text).text);
 }
 
 static int say_usage(const command_s *command) {
@@ -160,8 +163,15 @@ static int dispatch(std::span<char *> words) {
         complain("no command: see \"vximage --help\"");
         return EXIT_UNUSABLE;
     }
-    if (strcmp(words[0], "--help") == 0 || strcmp(words[0], "-h") == 0) {
-        return say_usage(nullptr);
+    static char help[] = "--help";
+    if (strcmp(words[0], "help") == 0 && words.size() == 2) {
+        words[0] = words[1]; // "help show": "show --help"
+        words[1] = help;
+    }
+    for (const char *word : {"help", "--help", "-h"}) {
+        if (strcmp(words[0], word) == 0) {
+            return say_usage(nullptr);
+        }
     }
     for (const command_s &command : COMMANDS) {
         if (strcmp(words[0], command.name) == 0) {

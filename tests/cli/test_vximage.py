@@ -153,13 +153,14 @@ def test_unusable_input(tmp_path):
     assert vximage("check", "--chip", "UX3320", path)[::2] == (1, "")
     (tmp_path / "link").symlink_to("nowhere")
     os.mkfifo(tmp_path / "fifo")
+    assert vximage("help") == vximage("--help")
     for words, said in [
             (["check", path], ": its sections may be of UX3320 or UX3320S: say which with --chip"),
             (["check", "--chip", "UX3326", path], "no chip \"UX3326\""), (["show", tmp_path], "is a directory"),
             (["show", tmp_path / "none"], "No such file"), (["show", tmp_path / "fifo"], "is no regular file"),
             (["show", "/dev/null"], "is no regular file"), (["show", "-"], "is empty"), (["fix"], "usage: vximage fix"),
             (["show", path, path], "usage: vximage show"),
-            (["convert", "--chip", "ux3320", path, tmp_path / "fifo"], "is no regular file"), (["mend", path], "unknown command"),
+            (["convert", "--chip", "ux3320", path, tmp_path / "fifo"], "is no regular file"), (["me\nnd", path], "unknown command \"me\\x0and"),
             (["convert", "--chip", "ux3320", path, tmp_path / "link"], "No such file"), (["show", "--chip"], "a name must")]:
         status, out, err = vximage(*words)
         assert (status, out, err.count("\n")) == (2, "", 1) and said in err and err.startswith("vximage: "), words
