@@ -155,8 +155,14 @@ static bool take_record(image_s &image, chip_set chips) {
 }
 
 static bool take_text(image_s &image, chip_set chips) {
-    // A chip that was named is taken by its word: the lines then tell what does not fit.
+    // A chip that was named is taken by its word, unless another one fits: the lines then tell what does not fit.
     const bool named = (chips & (chips - 1)) == 0;
+    const chip_set fit = named ? text_chips(nullptr, image.contents, with_record(~chip_set{})) : 0;
+    if (fit != 0 && (fit & chips) == 0) {
+        complain("%s: has the sections of a %s, not those of a %s", image.name, chip_names(fit),
+                 bob_chip(first_of(chips)).name);
+        return false;
+    }
     image.chips = named ? chips : text_chips(image.name, image.contents, with_record(chips));
     if (image.chips == 0) {
         return false;

@@ -62,18 +62,19 @@ chip_set text_chips(const char *name, std::string_view text, chip_set chips) {
                     chips &= ~(chip_set{1} << type);
                 }
             }
-            if (chips == 0) {
+            if (chips == 0 && name != nullptr) {
                 complain("%s:%u: no chip has \"%.*s\" beside the sections before it: say which it is with --chip",
                          name, line.number, static_cast<int>(word.size()), word.data());
+            }
+            if (chips == 0) {
                 return 0;
             }
         }
     }
-    if (!any) {
+    if (!any && name != nullptr) {
         complain("%s: is no image: neither a record nor a text with a section such as \"a0_tab\"", name);
-        return 0;
     }
-    return chips;
+    return any ? chips : 0;
 }
 
 // ---- line by line ----
@@ -85,6 +86,7 @@ struct text_reader {
     text_places &places;
     text_line line = {};
     const bob_section_s *section = nullptr;
+    bool lost = false; // behind an unknown section: nothing can be said about its registers
     unsigned faults = 0;
 };
 
@@ -109,6 +111,7 @@ static bool has_section_words(text_reader &reader, const char *keyword) {
     for (std::string_view word; !(word = next_section_word(rest)).empty(); any = true) {
         if (keyword == nullptr) {
             fault(reader, "unknown section \"%.*s\"", static_cast<int>(word.size()), word.data());
+            reader.lost = true;
         } else if (word != keyword) {
             fault(reader, "vxcli takes this line for the section %s, not for \"%.*s\"", keyword,
                   static_cast<int>(word.size()), word.data());
@@ -164,8 +167,11 @@ static void take_line(text_reader &reader, const char *line) {
     });
     if (keyword != reader.layout.sections.end()) {
         check_section_line(reader, keyword->keyword);
+        reader.lost = false;
     } else if (const std::optional<bob_assignment_s> assignment = bob_parse_assignment(line)) {
-        check_assignment(reader, line, *assignment);
+        if (!reader.lost) {
+            check_assignment(reader, line, *assignment);
+        }
     } else if (!has_section_words(reader, nullptr) && !is_comment(line)) {
         fault(reader, strchr(line, '=') != nullptr
                           ? "not read by vxcli: it must be \"0x10=0x5A;\", without blanks and with the \";\""

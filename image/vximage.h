@@ -101,7 +101,7 @@ section_registers_s section_registers(const bob_image_s &layout, const bob_secti
 
 // ---- text form ----
 
-// The chips whose sections are the ones that the text has. 0 after a complaint.
+// The chips whose sections are the ones that the text has. 0 after a complaint, which takes a name.
 chip_set text_chips(const char *name, std::string_view text, chip_set chips);
 
 // Fills the record as vxcli would. False after a complaint about every line that vxcli would skip or misread.

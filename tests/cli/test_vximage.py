@@ -137,7 +137,7 @@ TEXT_FAULTS = [  # the lines behind a good first one, and what is said about the
     ("\n0x10=0x20", "3: no \";\""), ("a2_lower\n0x80=1;", "3: register 0x80 is not in a2_lower"),
     ("a2_lut3\n0x7f=1;", "3: register 0x7f"), ("1=0x100;", "2: the value"), ("1=1;\na2_lower\n1=1;\na0_tab\n1=1;", "6: "),
     ("1=1; 2=2;", "2: vxcli takes only"), ("; a2_lower", "2: vxcli takes this"), ("1=1; a2_mod", "2: vxcli takes this"),
-    ("a2_mod a2_apd", "2: vxcli takes"), ("a2_modx", "2: vxcli takes"), ("# a2_lut9", "2: unknown"), ("hello", "2: neither"),
+    ("a2_lut9\n0x80=1;\n0x81=1;", "2: unknown"), ("a2_mod a2_apd", "2: vxcli takes"), ("a2_modx", "2: vxcli takes"), ("# a2_lut9", "2: unknown"), ("hello", "2: neither"),
     ("1=1;\0", "2: a control"), ("1=1; " + "x" * 123, "2: more than 127"),
 ]
 
@@ -156,6 +156,7 @@ def test_unusable_input(tmp_path):
     assert vximage("help") == vximage("--help")
     for words, said in [
             (["check", path], ": its sections may be of UX3320 or UX3320S: say which with --chip"),
+            (["check", "--chip", "gn28l95", path], "has the sections of a UX3320 or UX3320S, not those of a GN28L95"),
             (["check", "--chip", "UX3326", path], "no chip \"UX3326\""), (["show", tmp_path], "is a directory"),
             (["show", tmp_path / "none"], "No such file"), (["show", tmp_path / "fifo"], "is no regular file"),
             (["show", "/dev/null"], "is no regular file"), (["show", "-"], "is empty"), (["fix"], "usage: vximage fix"),
