@@ -10,7 +10,7 @@
 
 static void say_what_it_is(const image_s &image, FILE *log) {
     const chip_set others = image.chips & ~(chip_set{1} << image.chip_type);
-    fprintf(log, "%s: %s of %s", image.name, image.is_text ? "text" : "record", chip_names(image.chips));
+    fprintf(log, "%s: %s of %s", image.name, form_name(image), chip_names(image.chips));
     if (others != 0 && bob_list_checks(image.chip_type).sum_count != 0) {
         fprintf(log, ", checked as %s", bob_chip(image.chip_type).name);
     }
@@ -151,6 +151,10 @@ int command_fix(const options_s &options, std::span<char *const> words) {
     FILE *log = strcmp(target, "-") == 0 ? stderr : stdout; // not into the image
     image_s *image = image_load(words.front(), options.chips);
     if (image == nullptr) {
+        return EXIT_UNUSABLE;
+    }
+    if (image->is_flash && words.size() == 1) {
+        complain("%s: is a flash partition: say where the record is to go, \"vximage fix FILE OUT\"", image->name);
         return EXIT_UNUSABLE;
     }
     if (image->rival >= 0) {

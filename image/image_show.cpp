@@ -94,7 +94,7 @@ int command_show(const options_s &options, std::span<char *const> words) {
         return EXIT_UNUSABLE;
     }
     const bob_checks_s list = bob_list_checks(image->chip_type);
-    printf("%s: %s of %s\n", image->name, image->is_text ? "text" : "record", chip_names(image->chips));
+    printf("%s: %s of %s\n", image->name, form_name(*image), chip_names(image->chips));
     size_t end = 0;
     for (const bob_section_s &section : image->layout().sections) {
         show_section(*image, list, section);

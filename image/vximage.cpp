@@ -15,8 +15,8 @@ static constexpr char USAGE[] = R"(usage: vximage show [--chip NAME] FILE
        vximage convert [--chip NAME] [--drop] IN OUT
        vximage fix [--chip NAME] FILE [OUT]
 
-Works on calibration images of the transceiver in both forms: the binary record that vxcli saves and the factory's
-text file. Its checks are vxcli's own.
+Works on calibration images of the transceiver in both forms: the binary record that vxcli saves (also as it is in a
+virtual unit's flash/bob) and the factory's text file. Its checks are vxcli's own.
 
   show      prints an image page by page
   check     says of each checksum whether it is right, and if not, what it should be
@@ -70,6 +70,7 @@ static constexpr char USAGE_FIX[] = R"(usage: vximage fix [--chip NAME] FILE [OU
 Puts the right checksums, markers and chksum bytes into the image FILE, or into OUT, a copy of it, and says what
 changed. In a text file only values change; a register that it leaves out is added at the end. The file is replaced in
 one step and keeps its mode. An image that could be of a UX3361 or of a UX3365 needs --chip: they sum differently.
+A flash partition needs OUT, where its record goes.
 )";
 
 struct command_s {

@@ -66,6 +66,7 @@ struct image_s {
     const char *name; // for messages
     std::string_view contents;
     bool is_text = false;
+    bool is_flash = false;   // a record, taken out of a partition
     chip_set chips = 0;      // all that it may be of: they share a record
     int32_t chip_type = 0;   // the one of them that fits best: its record holds the image
     int32_t rival = -1;      // one that fits as well and whose checks ask for something else
@@ -87,6 +88,9 @@ chip_set chips_of(const bob_image_s &layout);
 // Loads an image of either form; `chips` are those that it may be of. Nothing after a complaint. There is one
 // image at a time: the record is vxcli's own instance.
 image_s *image_load(const char *path, chip_set chips);
+
+// "text", "record" or "record in flash"
+const char *form_name(const image_s &image);
 
 // How many of the checks as this chip fail.
 size_t count_wrong(int32_t chip_type);

@@ -109,7 +109,10 @@ def test_which_chip(board, tmp_path):
     unit, path = board("ux3365"), tmp_path / "image"
     answers(unit, ["init"])
     image = bytearray(unit.unit(WORKING[1:]).read_bytes())
-    path.write_bytes(image)
+    flash = unit.path / "flash/bob"
+    assert vximage("fix", flash, path).out.startswith(f"{flash}: record in flash of") and path.read_bytes() == image
+    flash.write_bytes(flash.read_bytes().replace(image[-4:], b"torn"))
+    assert vximage("show", flash).status == 2
     assert vximage("check", path).out.startswith(f"{path}: record of UX3361, UX3362S or UX3365, checked as UX3365\n")
     image[512 + 0x66] ^= 1
     path.write_bytes(image)
