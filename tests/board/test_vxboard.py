@@ -28,6 +28,7 @@ def view(request, environment, monkeypatch):
     (["new", "ux3361", "no/where"], "make it first"),
     (["run", "no\nne", "true"], "no board at no\\x0ane: make one with"),
     (["run", "--fast", "full", "true"], "no option --fast"),
+    (["run", "made", "--no-wait", "true"], "--no-wait: options come in front of the board"),
     (["run", "made", "--"], "a command after the board"),
     (["power-cycle", "led_out"], "led in it is a link"),
     (["power-cycle", "table_out"], "/table_out/i2c/1/table is a link"),
