@@ -35,7 +35,7 @@ static bool read_clock(int board, board_clock *clock) {
     return clock->base != 0;
 }
 
-// Whether a write is under way, by the later of the two clocks.
+// Whether a write is under way, by the later of the two clocks, in a word.
 static const char *write_state(int board, const char *bus) {
     const shown_attribute busy = read_attribute(board, bus, "busy");
     board_clock clock = {};
