@@ -9,8 +9,8 @@
 // A bank holds a header and the contents behind it; an interrupted store leaves none that are whole. All fields are
 // little-endian 32-bit numbers: magic, the contents' length and their CRC-32.
 //
-// With two banks, new contents go into the bank that does not hold the old ones, whose bank is erased then. Cut
-// short in between, both are whole, and the first of them counts, be it the old or the new one.
+// New contents go into the bank that does not hold the old ones, whose bank is erased then. Cut short in between,
+// both are whole, and the first of them counts, be it the old or the new one.
 
 static uint32_t crc32(uint32_t crc, std::span<const uint8_t> data) {
     crc = ~crc;
@@ -34,10 +34,10 @@ static uint32_t get_u32(const uint8_t *place) {
            static_cast<uint32_t>(place[3]) << 24;
 }
 
-static uint32_t bank_size(const flash_store &store, const flash_partition &partition) {
-    const uint32_t size = partition.size / store.banks;
+static uint32_t bank_size(const flash_partition &partition) {
+    const uint32_t size = partition.size / flash_store_banks;
     if (size < partition.block && partition.size != 0) {
-        flash_too_small(partition, store.banks * partition.block);
+        flash_too_small(partition, flash_store_banks * partition.block);
     }
     return size - size % partition.block;
 }
@@ -72,9 +72,9 @@ static bank_contents look_at_bank(const flash_partition &partition, uint32_t mag
 }
 
 static bank_contents find_contents(const flash_partition &partition, const flash_store &store) {
-    const uint32_t size = bank_size(store, partition);
+    const uint32_t size = bank_size(partition);
     bank_contents found = {LIBVX_RET_FILE_READ_FAIL, 0, 0};
-    for (uint32_t bank = 0; size != 0 && bank < store.banks && found.result != LIBVX_RET_OK; bank++) {
+    for (uint32_t bank = 0; size != 0 && bank < flash_store_banks && found.result != LIBVX_RET_OK; bank++) {
         found = look_at_bank(partition, store.magic, bank * size, size);
     }
     return found;
@@ -117,16 +117,16 @@ int32_t flash_store_write(int board, const flash_store &store, std::span<const u
     if (partition.size == 0) {
         return LIBVX_RET_FILE_OPEN_FAIL;
     }
-    const uint32_t size = bank_size(store, partition);
+    const uint32_t size = bank_size(partition);
     if (size == 0) {
         return LIBVX_RET_FAIL;
     }
     if (data.size() > size - flash_store_header) {
-        flash_too_small(partition, store.banks * (flash_store_header + static_cast<uint32_t>(data.size())));
+        flash_too_small(partition, flash_store_banks * (flash_store_header + static_cast<uint32_t>(data.size())));
         return LIBVX_RET_FAIL;
     }
     const bank_contents old = find_contents(partition, store);
-    const bool takes_second = store.banks > 1 && old.result == LIBVX_RET_OK && old.start == 0;
+    const bool takes_second = old.result == LIBVX_RET_OK && old.start == 0;
     const uint32_t start = takes_second ? size : 0;
     const uint32_t other = takes_second ? 0 : size;
     uint8_t header[flash_store_header];
@@ -136,7 +136,7 @@ int32_t flash_store_write(int board, const flash_store &store, std::span<const u
     // The erase takes the header's block first: from there on what was in the bank is gone.
     const bool ok = flash_erase(partition, start, flash_store_header + static_cast<uint32_t>(data.size())) &&
                     program_bank(partition, start, header, data) &&
-                    (store.banks == 1 || flash_erase(partition, other, flash_store_header));
+                    flash_erase(partition, other, flash_store_header);
     return ok ? LIBVX_RET_OK : LIBVX_RET_FILE_WRITE_FAIL;
 }
 

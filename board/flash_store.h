@@ -9,9 +9,9 @@
 struct flash_store {
     const char *partition;
     uint32_t magic;
-    uint32_t banks; // 1: a store that is cut short leaves nothing; 2: it leaves the old contents
 };
 
+inline constexpr uint32_t flash_store_banks = 2;   // a store that is cut short leaves the old contents
 inline constexpr uint32_t flash_store_header = 12; // bytes in front of the contents
 
 // Each takes the lock of the flash and returns a libvx_retCode_t.

@@ -259,5 +259,5 @@ def loaded(chip, source=None):
 def stored(board):
     """The image in the board's persistent store, None if there is none."""
     flash = (board.path / "flash" / "bob").read_bytes()
-    length = int.from_bytes(flash[4:8], "little")
-    return flash[12:12 + length] if flash[:4] == b"BOB1" else None
+    bank = flash[flash[:4] != b"BOB1" and len(flash) // 2:]
+    return bank[12:12 + int.from_bytes(bank[4:8], "little")] if bank[:4] == b"BOB1" else None

@@ -19,7 +19,7 @@ NOT_COMPARED = {"trace", "clock", "log"}
 
 # What the chip is given, what the image is and what is in flash; and whether the image came from elsewhere.
 COMES_UP = (f"vxcli bob init >/tmp/said || echo failed; cat /.vxboard/board/i2c/1/*.bin {WORKING} | md5sum;"
-            "tail -c +13 /.vxboard/board/flash/bob | md5sum;"
+            f"rm -f {WORKING}; vxcli bob read; md5sum {WORKING};"
             f"grep -q 'data from {BACKUP}$' /tmp/said && echo '# the backup'")
 TWO_STATES = "vxcli bob init; vxcli bob write_reg 0x51 0x74 0x21; vxcli bob save; vxcli bob write_reg 0x51 0x74 0x43"
 LOST_FLASH = f"{TWO_STATES}; vxcli bob save; tr '\\0-\\376' '\\377' </dev/zero | head -c 16384 >/.vxboard/board/flash/bob"

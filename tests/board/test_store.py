@@ -15,10 +15,10 @@ def test_store_and_bring_back(board):
     assert flash.read_bytes() == b"\xff" * 16384
     assert steps(unit, "get", "save") == ["fail 6", "fail 3"]  # nothing there, neither in flash nor as a file
     assert not working.exists() and flash.read_bytes() == b"\xff" * 16384
-    for image in (bytes(range(256)) * 7, b"", bytes(16384 - 12)):
+    for bank, image in [(0, bytes(range(256)) * 7), (8192, b""), (0, bytes(8192 - 12))]:
         working.write_bytes(image)
         assert steps(unit, "save") == ["ok"]
-        assert stored(unit) == image and flash.read_bytes()[8:12] == zlib.crc32(image).to_bytes(4, "little")
+        assert stored(unit) == image and flash.read_bytes()[bank:][8:12] == zlib.crc32(image).to_bytes(4, "little")
         working.write_bytes(b"something else")
         unit.power_cycle()
         assert steps(unit, "get") == ["ok"] and working.read_bytes() == image
@@ -41,7 +41,7 @@ def test_images_that_do_not_fit(board):
     working, flash = unit.unit(WORKING[1:]), unit.path / "flash/bob"
     working.write_bytes(b"x" * 100)
     steps(unit, "save")
-    for size in (16373, 100000):
+    for size in (8192 - 11, 100000):
         working.write_bytes(b"y" * size)
         assert steps(unit, "save") == ["fail 6"] and stored(unit) == b"x" * 100
     flash.unlink()
