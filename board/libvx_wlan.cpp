@@ -47,6 +47,8 @@ static int32_t get_range(int board, const char *name, uint32_t offset, uint32_t 
 
 // Puts what comes next in the file into `length` bytes of one block, keeping the block's other bytes; `cells` has
 // room for all of them. The file is read before the block is erased, so that an unreadable one changes nothing.
+// Their first byte comes last, unless there are pages to be programmed in order: what is cut short begins as erased
+// flash does.
 static int32_t save_in_block(const flash_partition &partition, uint32_t place, uint32_t length, int file,
                              std::span<uint8_t> cells) {
     const uint32_t block = place - place % partition.block;
@@ -58,9 +60,13 @@ static int32_t save_in_block(const flash_partition &partition, uint32_t place, u
     if (file_read(file, piece) < 0) {
         return LIBVX_RET_FILE_READ_FAIL;
     }
-    return flash_erase(partition, block, partition.block) && flash_program(partition, block, cells)
-               ? LIBVX_RET_OK
-               : LIBVX_RET_FILE_WRITE_FAIL;
+    const std::span<uint8_t> last = piece.first(partition.page == 1 ? 1 : 0);
+    const uint8_t first = piece[0];
+    std::ranges::fill(last, uint8_t{0xFF});
+    bool ok = flash_erase(partition, block, partition.block) && flash_program(partition, block, cells);
+    std::ranges::fill(last, first);
+    ok = ok && flash_program(partition, place, last);
+    return ok ? LIBVX_RET_OK : LIBVX_RET_FILE_WRITE_FAIL;
 }
 
 // One block after the other. A power loss costs at most what is in the one block that is being written: of the
