@@ -16,6 +16,7 @@ pytestmark = native  # nobody can follow a process under qemu
 KILLER = BUILD / "bin" / "vxcli_killer"
 KILLED = 137
 NOT_COMPARED = {"trace", "clock", "log"}
+TWICE = {"ux3361", "ux3361-mt7915"}  # no chip differs from this one in what it writes but to itself
 
 # What the chip is given, what the image is and what is in flash; and whether the image came from elsewhere.
 COMES_UP = (f"vxcli bob init >/tmp/said || echo failed; cat /.vxboard/board/i2c/1/*.bin {WORKING} | md5sum;"
@@ -65,10 +66,10 @@ if TORTURE:
     CASES += [Case("wlan clean_cal_data", "ux3361-mt7915", REWRITE, "vxcli wlan clean_cal_data mt7915", VALIDATE)]
 
 
-def files(unit):
-    """All files of a board but those that a killed writer leaves under a name that nobody reads."""
-    return {str(path.relative_to(unit.path)): path.read_bytes() for path in sorted(unit.path.rglob("*"))
-            if path.is_file() and not path.is_symlink() and not path.name.startswith(".") and path.name not in NOT_COMPARED}
+def files(unit, hidden=False):
+    """All files of a board; hidden: also those that a killed writer leaves under a name that nobody reads."""
+    return {str(path.relative_to(unit.path)): path.read_bytes() for path in sorted(unit.path.rglob("*")) if path.is_file()
+            and not path.is_symlink() and (hidden or not path.name.startswith(".")) and path.name not in NOT_COMPARED}
 
 
 def state(unit, case):
@@ -80,12 +81,21 @@ def state(unit, case):
     return dict(enumerate(found.splitlines())), helper.strip()
 
 
-def changes(listing):
-    """How many changes the killer lists, and which of them are writes that have halves. Of those to the chip none is so
-    long that a kill could halve it."""
+def changes(listing, but=None):
+    """Where to kill: at the changes that the killer lists, and halfway through the writes that have halves. Of those to
+    the chip none is so long that a kill could halve it. Files in the directory `but` are left out."""
     rows = [line.split(None, 4) for line in listing.splitlines() if line.startswith("change ")]
-    assert [int(row[1]) for row in rows] == list(range(1, len(rows) + 1)) and rows
-    return len(rows), [int(row[1]) for row in rows if int(row[3]) > 1 and "/i2c/" not in row[4]]
+    assert [int(row[1]) for row in rows] == list(range(1, len(rows) + 1))
+    rows = [row for row in rows if f"/{but}/" not in row[4]]
+    return [row[1] for row in rows] + [f"{row[1]}+half" for row in rows if int(row[3]) > 1 and "/i2c/" not in row[4]]
+
+
+def kills(unit, command, path, but=None):
+    """The unit, in the directory `path`, as each kill of the command leaves it."""
+    for point in changes(unit.copy(path).run("vxcli_killer", 0, "sh", "-c", command, stderr=None).err, but):
+        killed = unit.copy(path)
+        assert killed.run("vxcli_killer", point, "sh", "-c", command, stderr=None).status == KILLED, point
+        yield point, killed
 
 
 @pytest.fixture
@@ -98,44 +108,58 @@ def killer(environment, monkeypatch):
 
 @pytest.mark.parametrize("case", CASES, ids=lambda case: case.name.replace(" ", "_"))
 def test_killed_at_every_change(killer, board, tmp_path, case):
-    """Each piece of what the unit keeps is the old one or the new one."""
-    unit, seen = board(case.profile), Counter()
+    """Each piece of what the unit keeps is the old one or the new one; also if what comes next is killed, too: the same
+    command, or what follows the power cycle."""
+    unit, starts = board(case.profile), {}
     unit.sh(case.prepare, stderr=None)
     old, _ = state(unit.copy(tmp_path / "old"), case)
     whole = unit.copy(tmp_path / "new")
-    count, halves = changes(whole.run("vxcli_killer", 0, "sh", "-c", case.command, stderr=None).err)
+    whole.sh(case.command, stderr=None)
     new, _ = state(whole, case)
     assert old != new or "load" in case.name or "init" in case.name  # these bring back what is kept anyway
-    for point in [*range(1, count + 1), *(f"{number}+half" for number in halves)]:
-        killed = unit.copy(tmp_path / "killed")
-        assert killed.run("vxcli_killer", point, "sh", "-c", case.command, stderr=None).status == KILLED, point
+
+    def check(seen, killed, *where):
         found, helper = state(killed, case)
-        assert set(found) <= {*old, *new}, point
+        assert set(found) <= {*old, *new}, where
         odd = {piece for piece in {*old, *new} if found.get(piece) not in (old.get(piece), new.get(piece))}
-        assert not odd, (point, {piece: (old.get(piece), found.get(piece), new.get(piece)) for piece in odd})
+        assert not odd, (where, {piece: (old.get(piece), found.get(piece), new.get(piece)) for piece in odd})
         seen["old" if found == old else "new" if found == new else "some of both", helper] += 1
-    print(f"{case.name}: {count} changes, {len(halves)} halves:", dict(seen))
+
+    once, twice = Counter(), Counter()
+    for point, killed in kills(unit, case.command, tmp_path / "killed"):
+        for command in {case.command, case.look} if TORTURE and case.look and case.profile in TWICE else ():
+            start = killed.copy(tmp_path / f"start{len(starts)}")  # taken again if it is no new one
+            if command == case.look:
+                start.power_cycle()
+            kept = {name: data for name, data in files(start, hidden=True).items() if not name.startswith("i2c")}
+            starts.setdefault((command, *kept.items()), (point, start))
+        check(once, killed, point)
+    for (command, *_), (first, start) in starts.items():
+        for point, killed in kills(start, command, tmp_path / "killed", but="i2c"):  # the chip forgets
+            check(twice, killed, first, command, point)
+    assert once
+    print(f"{case.name}: {once.total()} kills:", dict(once), f"{twice.total()} second kills:", dict(twice))
 
 
 @pytest.mark.skipif(not TORTURE, reason="takes long: make torture")
 def test_vxboard_killed_at_every_change(killer, board, tmp_path):
     """A new board is there or not; a power cycle can be made again."""
     target = tmp_path / "target"
-    count, _ = changes(execute(KILLER, 0, VXBOARD, "new", "ux3361", target).err)
+    points = changes(execute(KILLER, 0, VXBOARD, "new", "ux3361", target).err)
     profile = files(Board("ux3361", tmp_path / "whole"))
-    for point in range(1, count + 1, 5):  # most write one of hundreds of files
+    for point in points[::5]:  # most write one of hundreds of files
         shutil.rmtree(target, ignore_errors=True)
         assert execute(KILLER, point, VXBOARD, "new", "ux3361", target).status == KILLED
         assert target.exists() or execute(VXBOARD, "new", "ux3361", target) == (0, "", "")
         assert files(Board(None, target)) == profile, point
-    print("vxboard new:", count, "changes")
+    print("vxboard new:", len(points), "kills")
     unit = board("ux3361")
     unit.sh(f"{TWO_STATES}; {ATTRIBUTES}", stderr=None)
     cycled = unit.copy(tmp_path / "cycled")
-    count, _ = changes(execute(KILLER, 0, VXBOARD, "power-cycle", cycled.path).err)
-    for point in range(1, count + 1):
+    points = changes(execute(KILLER, 0, VXBOARD, "power-cycle", cycled.path).err)
+    for point in points:
         killed = unit.copy(tmp_path / "killed")
         assert execute(KILLER, point, VXBOARD, "power-cycle", killed.path).status == KILLED
         killed.power_cycle()
         assert files(killed) == files(cycled), point
-    print("vxboard power-cycle:", count, "changes")
+    print("vxboard power-cycle:", len(points), "kills")
