@@ -6,38 +6,13 @@
 
 #include <algorithm>
 
-// A bank holds a header and the contents behind it; an interrupted store leaves none that are whole. All fields are
-// little-endian 32-bit numbers: magic, the contents' length and their CRC-32.
-//
 // New contents go into the bank that does not hold the old ones, whose bank is erased then. Cut short in between,
 // both are whole, and the first of them counts, be it the old or the new one.
 
-static uint32_t crc32(uint32_t crc, std::span<const uint8_t> data) {
-    crc = ~crc;
-    for (uint8_t byte : data) {
-        crc ^= byte;
-        for (int bit = 0; bit < 8; bit++) {
-            crc = (crc >> 1) ^ ((crc & 1) != 0 ? 0xEDB88320 : 0);
-        }
-    }
-    return ~crc;
-}
-
-static void put_u32(uint8_t *place, uint32_t value) {
-    for (int i = 0; i < 4; i++) {
-        place[i] = static_cast<uint8_t>(value >> (8 * i));
-    }
-}
-
-static uint32_t get_u32(const uint8_t *place) {
-    return place[0] | static_cast<uint32_t>(place[1]) << 8 | static_cast<uint32_t>(place[2]) << 16 |
-           static_cast<uint32_t>(place[3]) << 24;
-}
-
 static uint32_t bank_size(const flash_partition &partition) {
-    const uint32_t size = partition.size / flash_store_banks;
+    const uint32_t size = partition.size / flash_banks;
     if (size < partition.block && partition.size != 0) {
-        flash_too_small(partition, flash_store_banks * partition.block);
+        flash_too_small(partition, flash_banks * partition.block);
     }
     return size - size % partition.block;
 }
@@ -50,31 +25,31 @@ struct bank_contents {
 };
 
 static bank_contents look_at_bank(const flash_partition &partition, uint32_t magic, uint32_t start, uint32_t size) {
-    uint8_t header[flash_store_header];
+    uint8_t header[flash_bank_header];
     if (!flash_read(partition, start, header)) {
         return {LIBVX_RET_FILE_READ_FAIL, 0, 0};
     }
-    const uint32_t length = get_u32(header + 4);
-    if (get_u32(header) != magic || length > size - flash_store_header) {
+    const auto [found, length, whole_crc] = flash_get_header(header);
+    if (found != magic || length > size - flash_bank_header) {
         return {LIBVX_RET_FAIL, 0, 0};
     }
     uint32_t crc = 0;
     uint8_t piece[flash_block];
     for (uint32_t done = 0; done < length;) {
         const uint32_t count = std::min(length - done, flash_block);
-        if (!flash_read(partition, start + flash_store_header + done, {piece, count})) {
+        if (!flash_read(partition, start + flash_bank_header + done, {piece, count})) {
             return {LIBVX_RET_FILE_READ_FAIL, 0, 0};
         }
-        crc = crc32(crc, {piece, count});
+        crc = flash_crc32(crc, {piece, count});
         done += count;
     }
-    return {crc == get_u32(header + 8) ? LIBVX_RET_OK : LIBVX_RET_FAIL, start, length};
+    return {crc == whole_crc ? LIBVX_RET_OK : LIBVX_RET_FAIL, start, length};
 }
 
 static bank_contents find_contents(const flash_partition &partition, const flash_store &store) {
     const uint32_t size = bank_size(partition);
     bank_contents found = {LIBVX_RET_FILE_READ_FAIL, 0, 0};
-    for (uint32_t bank = 0; size != 0 && bank < flash_store_banks && found.result != LIBVX_RET_OK; bank++) {
+    for (uint32_t bank = 0; size != 0 && bank < flash_banks && found.result != LIBVX_RET_OK; bank++) {
         found = look_at_bank(partition, store.magic, bank * size, size);
     }
     return found;
@@ -90,7 +65,7 @@ int32_t flash_store_read(int board, const flash_store &store, std::span<uint8_t>
         return LIBVX_RET_FAIL;
     }
     *length = found.length;
-    return flash_read(partition, found.start + flash_store_header, room.first(found.length))
+    return flash_read(partition, found.start + flash_bank_header, room.first(found.length))
                ? LIBVX_RET_OK
                : LIBVX_RET_FILE_READ_FAIL;
 }
@@ -100,8 +75,7 @@ int32_t flash_store_read(int board, const flash_store &store, std::span<uint8_t>
 static bool program_bank(const flash_partition &partition, uint32_t start, std::span<const uint8_t> header,
                          std::span<const uint8_t> data) {
     if (partition.page == 1) {
-        return flash_program(partition, start + flash_store_header, data) &&
-               flash_program(partition, start, header);
+        return flash_program(partition, start + flash_bank_header, data) && flash_program(partition, start, header);
     }
     uint8_t pages[flash_page_max]; // the first ones, as many as fit
     const size_t whole = sizeof pages - sizeof pages % partition.page;
@@ -121,22 +95,20 @@ int32_t flash_store_write(int board, const flash_store &store, std::span<const u
     if (size == 0) {
         return LIBVX_RET_FAIL;
     }
-    if (data.size() > size - flash_store_header) {
-        flash_too_small(partition, flash_store_banks * (flash_store_header + static_cast<uint32_t>(data.size())));
+    if (data.size() > size - flash_bank_header) {
+        flash_too_small(partition, flash_banks * (flash_bank_header + static_cast<uint32_t>(data.size())));
         return LIBVX_RET_FAIL;
     }
     const bank_contents old = find_contents(partition, store);
     const bool takes_second = old.result == LIBVX_RET_OK && old.start == 0;
     const uint32_t start = takes_second ? size : 0;
     const uint32_t other = takes_second ? 0 : size;
-    uint8_t header[flash_store_header];
-    put_u32(header, store.magic);
-    put_u32(header + 4, static_cast<uint32_t>(data.size()));
-    put_u32(header + 8, crc32(0, data));
+    uint8_t header[flash_bank_header];
+    flash_put_header({store.magic, static_cast<uint32_t>(data.size()), flash_crc32(0, data)}, header);
     // The erase takes the header's block first: from there on what was in the bank is gone.
-    const bool ok = flash_erase(partition, start, flash_store_header + static_cast<uint32_t>(data.size())) &&
+    const bool ok = flash_erase(partition, start, flash_bank_header + static_cast<uint32_t>(data.size())) &&
                     program_bank(partition, start, header, data) &&
-                    flash_erase(partition, other, flash_store_header);
+                    flash_erase(partition, other, flash_bank_header);
     return ok ? LIBVX_RET_OK : LIBVX_RET_FILE_WRITE_FAIL;
 }
 

@@ -1,6 +1,8 @@
-// A run of bytes kept in a flash partition: behind a header that says whether it is whole.
+// A run of bytes kept in a flash partition, as flash_format.h tells.
 #ifndef FLASH_STORE_H
 #define FLASH_STORE_H
+
+#include "flash_format.h"
 
 #include <cstddef>
 #include <cstdint>
@@ -10,9 +12,6 @@ struct flash_store {
     const char *partition;
     uint32_t magic;
 };
-
-inline constexpr uint32_t flash_store_banks = 2;   // a store that is cut short leaves the old contents
-inline constexpr uint32_t flash_store_header = 12; // bytes in front of the contents
 
 // Each takes the lock of the flash and returns a libvx_retCode_t.
 

@@ -14,8 +14,8 @@ static constexpr char user_directory[] = "/userconfig/config";
 
 // ---- configuration files ----
 
-static constexpr flash_store backup_store = {.partition = "backup", .magic = 0x314B4142 /* "BAK1" */};
-static constexpr flash_store preconf_store = {.partition = "preconf", .magic = 0x31455250 /* "PRE1" */};
+static constexpr flash_store backup_store = {.partition = "backup", .magic = flash_backup};
+static constexpr flash_store preconf_store = {.partition = "preconf", .magic = flash_preconf};
 static constexpr size_t config_size = 65536; // more than a bank holds
 
 static int32_t get_config(const char *operation, const flash_store &store, const char *path) {

@@ -7,7 +7,7 @@
 
 #include <fcntl.h>
 
-static constexpr flash_store bob_store = {.partition = "bob", .magic = 0x31424F42 /* "BOB1" */};
+static constexpr flash_store bob_store = {.partition = "bob", .magic = flash_bob};
 static constexpr size_t bob_size = 16384; // the largest partition
 
 static constexpr char image_dir[] = "/var";

@@ -1,5 +1,6 @@
 #include "status_flash.h"
 
+#include "flash_format.h"
 #include "status_row.h"
 
 #include <algorithm>
@@ -13,22 +14,6 @@ static constexpr size_t block = 4096; // of flash
 
 // ---- the unit ----
 
-// What a store in flash holds: a header of magic, length and checksum in front of it. -1 if there is none whole.
-static ptrdiff_t find_store(std::span<const char> flash, std::string_view magic, size_t *start) {
-    for (const size_t bank : {size_t{0}, flash.size() / 2}) {
-        uint32_t length = 0;
-        if (flash.size() - bank >= 12 && std::string_view(flash.data() + bank, 4) == magic) {
-            memcpy(&length, flash.data() + bank + 4,
-                   sizeof length); // little-endian, as all machines that build this
-            if (length <= flash.size() - bank - 12) {
-                *start = bank + 12;
-                return static_cast<ptrdiff_t>(length);
-            }
-        }
-    }
-    return -1;
-}
-
 static char file_bytes[1 << 20]; // the largest partition is an eighth of it
 
 // The fields as they are in use; before they have been loaded, as they are in flash.
@@ -38,14 +23,13 @@ static std::string_view read_fields(int board, const char **from) {
     if (size >= 0) {
         return {file_bytes, static_cast<size_t>(size)};
     }
-    size_t start = 0;
     size = read_bytes(board, "flash/sysinfo", file_bytes);
-    size = size < 0 ? -1 : find_store({file_bytes, static_cast<size_t>(size)}, "SYS1", &start);
-    if (size < 0) {
+    const auto fields = flash_contents({file_bytes, size < 0 ? 0 : static_cast<size_t>(size)}, flash_sysinfo);
+    if (!fields) {
         return {};
     }
     *from = " (in flash, not loaded)";
-    return {file_bytes + start, static_cast<size_t>(size)};
+    return *fields;
 }
 
 void show_unit(int board) {
@@ -71,34 +55,38 @@ void show_unit(int board) {
 
 struct partition_row {
     const char *name;
-    const char *magic; // of the store in it; null: there is none
+    uint32_t magic = 0; // of what is kept in it; 0: it has no header
 };
 
 static constexpr partition_row partitions[] = {
-    {"bob", "BOB1"},       {"sysinfo", "SYS1"}, {"backup", "BAK1"},  {"preconf", "PRE1"},
-    {"hwconfig", nullptr}, {"image0", nullptr}, {"image1", nullptr},
+    {"bob", flash_bob},
+    {"sysinfo", flash_sysinfo},
+    {"backup", flash_backup},
+    {"preconf", flash_preconf},
+    {"hwconfig"},
+    {"image0"},
+    {"image1"},
 };
 
-static void add_partition(status_row *row, const partition_row &partition, std::span<const char> flash) {
-    const auto is_erased = [](std::span<const char> bytes) {
+static void add_partition(status_row *row, const partition_row &partition, std::string_view flash) {
+    const auto is_erased = [](std::string_view bytes) {
         return std::ranges::all_of(bytes, [](char c) { return c == '\xFF'; });
     };
     size_t used = 0;
     for (size_t at = 0; at < flash.size(); at += block) {
-        used += is_erased(flash.subspan(at, std::min(block, flash.size() - at))) ? 0 : 1;
+        used += is_erased({flash.data() + at, std::min(block, flash.size() - at)}) ? 0 : 1;
     }
-    size_t start = 0;
-    const ptrdiff_t held = partition.magic == nullptr ? -1 : find_store(flash, partition.magic, &start);
+    const auto held = partition.magic != 0 ? flash_contents(flash, partition.magic) : std::nullopt;
     const size_t kib = flash.size() / 1024;
     if (flash.empty() || flash.size() % block != 0 || flash.size() == sizeof file_bytes) {
         add_item(row, "%s damaged", partition.name);
     } else if (used == 0) {
         add_item(row, "%s %zu KiB erased", partition.name, kib);
-    } else if (held >= 0) {
-        add_item(row, "%s %zu KiB holds %td bytes", partition.name, kib, held);
+    } else if (held) {
+        add_item(row, "%s %zu KiB holds %zu bytes", partition.name, kib, held->size());
     } else {
         add_item(row, "%s %zu KiB%s %zu of %zu blocks used", partition.name, kib,
-                 partition.magic == nullptr ? "" : " damaged,", used, flash.size() / block);
+                 partition.magic == 0 ? "" : " damaged,", used, flash.size() / block);
     }
 }
 

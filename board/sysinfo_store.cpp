@@ -12,7 +12,7 @@
 
 static constexpr char info_dir[] = "/etc"; // its lock is the store's
 static constexpr char info_name[] = "vx_sys_info";
-static constexpr size_t info_size = sysinfo_partition_size / flash_store_banks - flash_store_header; // at most
+static constexpr size_t info_size = sysinfo_partition_size / flash_banks - flash_bank_header; // at most
 static constexpr size_t key_max = 63;
 
 // ---- the keys ----

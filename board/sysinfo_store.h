@@ -13,7 +13,7 @@
 #include <cstdint>
 #include <span>
 
-inline constexpr flash_store sysinfo_flash = {.partition = "sysinfo", .magic = 0x31535953 /* "SYS1" */};
+inline constexpr flash_store sysinfo_flash = {.partition = "sysinfo", .magic = flash_sysinfo};
 inline constexpr uint32_t sysinfo_partition_size = 65536;
 
 // All but the last two return a libvx_retCode_t. Changes are made one after the other, under a lock, each in a

@@ -2,6 +2,7 @@
 #include "vximage.h"
 
 #include "escaped.h"
+#include "flash_format.h"
 
 #include <algorithm>
 #include <cctype>
@@ -110,44 +111,6 @@ section_registers_s section_registers(const bob_image_s &layout, const bob_secti
     return {section.size, section_registers_s::files_only, 0};
 }
 
-// ---- flash ----
-
-// A board's partition "bob" holds a record behind a header of three little-endian 32-bit numbers: magic, length,
-// CRC-32.
-static constexpr std::string_view FLASH_MAGIC = "BOB1";
-static constexpr size_t FLASH_HEADER = 12;
-
-static uint32_t header_number(std::string_view contents, size_t place) {
-    uint32_t value = 0;
-    for (size_t i = 4; i-- > 0;) {
-        value = value << 8 | static_cast<unsigned char>(contents[place + i]);
-    }
-    return value;
-}
-
-static uint32_t crc32(std::string_view data) {
-    uint32_t crc = ~uint32_t{0};
-    for (const char c : data) {
-        crc ^= static_cast<unsigned char>(c);
-        for (int bit = 0; bit < 8; bit++) {
-            crc = (crc >> 1) ^ ((crc & 1) != 0 ? 0xEDB88320 : 0);
-        }
-    }
-    return ~crc;
-}
-
-// Leaves the record that is kept in the partition.
-static bool take_out_of_flash(image_s &image) {
-    const std::string_view flash = image.contents;
-    const size_t length = header_number(flash, 4);
-    image.contents = slice(flash, FLASH_HEADER, FLASH_HEADER + length);
-    if (image.contents.size() != length || crc32(image.contents) != header_number(flash, 8)) {
-        complain("%s: the record in this flash partition is not whole: its CRC-32 is wrong", image.name);
-        return false;
-    }
-    return true;
-}
-
 // ---- forms ----
 
 // The chips whose record has this size.
@@ -228,12 +191,9 @@ image_s *image_load(const char *path, chip_set chips) {
     }
     static escaped name("");
     name = escaped(path);
-    loaded = {.name = name.text, .contents = *contents};
-    loaded.is_flash = contents->starts_with(FLASH_MAGIC) && contents->size() > FLASH_HEADER;
+    const auto in_flash = flash_contents(*contents, flash_bob);
+    loaded = {.name = name.text, .contents = in_flash.value_or(*contents), .is_flash = in_flash.has_value()};
     loaded.is_text = !loaded.is_flash && looks_like_text(*contents);
-    if (loaded.is_flash && !take_out_of_flash(loaded)) {
-        return nullptr;
-    }
     if (!(loaded.is_text ? take_text(loaded, chips) : take_record(loaded, chips))) {
         return nullptr;
     }

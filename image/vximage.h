@@ -65,8 +65,8 @@ using text_places = std::array<uint32_t, RECORD_LIMIT>;
 struct image_s {
     const char *name; // for messages
     std::string_view contents;
+    bool is_flash = false; // a record, taken out of a partition
     bool is_text = false;
-    bool is_flash = false;   // a record, taken out of a partition
     chip_set chips = 0;      // all that it may be of: they share a record
     int32_t chip_type = 0;   // the one of them that fits best: its record holds the image
     int32_t rival = -1;      // one that fits as well and whose checks ask for something else

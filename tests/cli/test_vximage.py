@@ -110,6 +110,7 @@ def test_which_chip(board, tmp_path):
     answers(unit, ["init"])
     image = bytearray(unit.unit(WORKING[1:]).read_bytes())
     flash = unit.path / "flash/bob"
+    flash.write_bytes(flash.read_bytes()[8192:] + flash.read_bytes()[:8192])  # from one bank to the other
     assert vximage("fix", flash, path).out.startswith(f"{flash}: record in flash of") and path.read_bytes() == image
     flash.write_bytes(flash.read_bytes().replace(image[-4:], b"torn"))
     assert vximage("show", flash).status == 2
